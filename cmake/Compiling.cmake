@@ -1,0 +1,21 @@
+# How everything of the project is compiled. Warnings are errors only where a preset of ours asks for it.
+
+function(vodrel_compile target)
+    if(MSVC)
+        return()
+    endif()
+    # Single precision means single precision: nothing is contracted or reassociated.
+    target_compile_options(${target} PRIVATE -ffp-contract=off -Wall -Wextra -Wconversion -Wshadow)
+    # Objects that are unique in a process would keep an unloaded library in memory.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
+    endif()
+    if(VODREL_WARNINGS_AS_ERRORS)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(VODREL_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=${VODREL_SANITIZE} -fno-sanitize-recover=all
+            -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${VODREL_SANITIZE})
+    endif()
+endfunction()

@@ -1,0 +1,13 @@
+/// All of VodrelCore for programs that link the library.
+#pragma once
+
+#include "core/Log.h"
+#include "core/StartUp.h"
+#include "data/Waveform.h"
+#include "experiment/Experiment.h"
+#include "files/DFile.h"
+#include "files/DIni.h"
+#include "files/PathUtils.h"
+#include "foundation/DArray.h"
+#include "foundation/DString.h"
+#include "foundation/DStringArray.h"
