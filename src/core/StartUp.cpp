@@ -1,0 +1,79 @@
+#include "core/StartUp.h"
+
+#include "core/Log.h"
+#include "files/PathUtils.h"
+#include "platform/Platform.h"
+
+namespace {
+
+struct Setting {
+    char const *section;
+    char const *key;
+    char const *value;
+};
+
+/// What a fresh "Vodrel.ini" holds. The library only writes these; hosts read them.
+Setting const freshSettings[] = {
+    {"Startup", "Path", "*"}, {"Startup", "Experiment", "*"}, {"Startup", "Query", "*"},
+    {"Startup", "Shot", "*"}, {"Startup", "Macro", "*"},      {"Preferences", "UseLocalSettings", "True"},
+};
+
+void writeFreshSettings()
+{
+    for (Setting const &setting : freshSettings) {
+        VoIni.SetSection(setting.section);
+        VoIni.SetKeyValue(setting.key, setting.value);
+    }
+}
+
+DString programFolder()
+{
+    return DString(Platform::ProgramFile().c_str()).BeforeLast('\\', false);
+}
+
+} // namespace
+
+void CoreInit(DString const &path)
+{
+    SetNotify(nullptr);
+    SetQNotify(nullptr);
+    Logging = false;
+    StartTime = Timer();
+    SetComputerNameD();
+    SetVodrelPath(path);
+}
+
+void SetVodrelPath(DString const &path)
+{
+    if (!path) VodrelPath = programFolder();
+    else if (IsFullQual(path)) VodrelPath = path;
+    else VodrelPath = AppendPathElts(GetCurrentDirectoryD(), path);
+    SetUserPath();
+}
+
+void SetUserPath()
+{
+    UserPath = GetLocalSettingsPath();
+    if (Silent) return;
+    CreateFolder(UserPath);
+    DString file = AppendPathElts(UserPath, "Vodrel.ini");
+    bool const existed = FileExists(file);
+    VoIni.SetFileName(file);
+    VoIni.SetSection("Startup");
+    if (!existed) writeFreshSettings();
+    VoIni.SetSection("Preferences");
+    WorkingPath = VoIni.GetKeyValue("WorkingPath", UserPath.c_str());
+    CreateFolder(WorkingPath);
+    PublicWrite = VoIni.GetKeyBoolValue("PublicWriteAccess", false);
+}
+
+DString GetDefaultPath(DString const &key)
+{
+    return VoIni.GetSectionKeyValue("DefaultPaths", key, nullptr);
+}
+
+void SetDefaultPath(DString const &key, DString const &value)
+{
+    VoIni.SetSection("DefaultPaths");
+    VoIni.SetKeyValue(key, value);
+}
