@@ -1,5 +1,5 @@
-/// Every global object of the library, in the order in which they come up; they go in the reverse order at
-/// unload. The constants and plain values are ready before any constructor runs.
+/// Every global object of the library, in the order in which they come up; they go in the reverse order at unload.
+/// The constants and plain values are ready before any constructor runs.
 
 #include "VodrelCore.h"
 
@@ -14,8 +14,8 @@ struct EmptyText {
 };
 constexpr EmptyText emptyText = {-1, 0, 0, {}};
 
-/// An array of its own, which no linker merges with another text of these characters: the pointer itself is a
-/// command to DStringArray.
+/// An array of its own, which no linker merges with another text of these characters: the pointer itself is a command
+/// to DStringArray.
 constexpr char lineDelimiter[] = {'\r', '\n', '\0'};
 
 } // namespace
@@ -29,6 +29,8 @@ char const *const DEmptyString = emptyText.text;
 char const *const LDelim = lineDelimiter;
 int const LenLD = 2;
 int const Experiment::CurDataVersion = 19;
+int const MaxParticleBatch = 10000000;
+int const ParticleGroup::nParticleCols = 8;
 
 // ---- Plain values ----
 

@@ -3,6 +3,10 @@
 
 #include "core/Log.h"
 #include "core/StartUp.h"
+#include "data/DataPtr.h"
+#include "data/Geometry.h"
+#include "data/Matrix.h"
+#include "data/ParticleGroup.h"
 #include "data/Waveform.h"
 #include "experiment/Experiment.h"
 #include "files/DFile.h"

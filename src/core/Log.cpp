@@ -27,7 +27,7 @@ DString secondsText(double seconds)
 
 void print(DString const &text, bool lineEnd)
 {
-    std::fwrite(text.c_str(), 1, static_cast<std::size_t>(text.Len()), stdout);
+    if (~text) std::fputs(text.c_str(), stdout);
     if (lineEnd) std::fputc('\n', stdout);
 }
 

@@ -15,7 +15,8 @@ public:
     virtual ~DNotify();
 };
 
-/// The console notifier: prints messages for the user, logs texts for the log, drops everything else.
+/// The console notifier: prints messages for the user, with a line end unless they have one, logs texts for the log,
+/// and drops everything else, empty texts too.
 class VODREL_API CFNotify : public DNotify {
 public:
     void Notify(int code, int arg, DString const &text) override;

@@ -4,6 +4,10 @@
 
 #include <cmath>
 
+#include "data/AxisTicks.h"
+
+template class DArray<Waveform, 1>;
+
 Waveform::Waveform(int n) : DArray<float, 0>(n), fileCount(n > 0 ? n : 0) {}
 
 Waveform::Waveform(Waveform const &other) : DArray<float, 0>(other)
@@ -100,22 +104,11 @@ void Waveform::Scale()
         }
     }
     float magnitude = std::fmax(std::fabs(maxValue), std::fabs(minValue));
-    if (static_cast<double>(magnitude) < 1e-30) {
-        magnitude = 1e-30f;
+    if (static_cast<double>(magnitude) < smallestMagnitude) {
+        magnitude = static_cast<float>(smallestMagnitude);
         pointOfMax = 0;
     }
-    scaleUnit = tickSize(magnitude);
-}
-
-/// A round step for the axis of values of this size: 0.2, 0.5 or 1 times a power of ten.
-float Waveform::tickSize(float magnitude) const
-{
-    int exponent = TruncateToInt(std::log10(static_cast<double>(magnitude)));
-    if (magnitude < 1.0f) --exponent;
-    float const power = std::pow(10.0f, static_cast<float>(exponent));
-    int const leading = TruncateToInt(static_cast<double>(magnitude / power));
-    if (leading < 0 || leading > 4) return power;
-    return static_cast<float>(power * (leading < 2 ? 0.2 : 0.5));
+    scaleUnit = TickSize(magnitude);
 }
 
 void Waveform::SetCalAttOff(float cal, float att, float off)
@@ -129,4 +122,14 @@ void Waveform::SetCalAttOff(float cal, float att, float off)
     calibration = newCalibration;
     attenuation = newAttenuation;
     offset = newOffset;
+}
+
+float *Waveform::Slot(int i)
+{
+    static float Waveform::*const slots[] = {&Waveform::scaleUnit,  &Waveform::t1,         &Waveform::t2,
+                                             &Waveform::t3,         &Waveform::t4,         &Waveform::t5,
+                                             &Waveform::scopeDelay, &Waveform::scopeValue, &Waveform::scopeValue2,
+                                             &Waveform::scopeValue3};
+    int const nSlots = sizeof slots / sizeof *slots;
+    return i >= 0 && i < nSlots ? &(this->*slots[i]) : nullptr;
 }

@@ -1,9 +1,11 @@
 /// The .wvf file: one waveform, all fields little-endian, texts with a 2-byte length. The fields in file order:
 ///
-///     version 2 (negative: locked) | skip length 2 | sample count 4 | t4 | timeStep | t5 | calibration |
-///     attenuation | start without shift | timeShift | maxValue | minValue | pointOfMax | pointOfMin | scaleUnit |
-///     reserved 2 | scopeValue | t1 | t2 | t3 | offset | scopeDelay | scopeDelay2 (from version 4) |
-///     scopeValue2 | scopeValue3 | units | stamp | note | old unit name | 1 as 2 | count | 1 as 4 | samples
+///     version 2 (negative: locked) | skip length 2 | sample count 4 | t4 |
+///     timeStep | t5 | calibration | attenuation | start without shift |
+///     timeShift | maxValue | minValue | pointOfMax | pointOfMin | scaleUnit |
+///     reserved 2 | scopeValue | t1 | t2 | t3 | offset | scopeDelay |
+///     scopeDelay2 (from version 4) | scopeValue2 | scopeValue3 | units | stamp
+///     | note | old unit name | 1 as 2 | count | 1 as 4 | samples
 ///
 /// where no width stands it is 4, and a text is its length and its characters. Reader and writer are no mirrors: the
 /// reader takes any version and four texts, the writer makes version 4 and an empty fourth text.
@@ -13,14 +15,13 @@
 #include <cstdint>
 
 #include "core/Log.h"
-#include "files/DFile.h"
+#include "data/FileValues.h"
+
+using namespace FileValues;
 
 namespace {
 
 char const *const extension = ".wvf";
-
-int const binaryRead = 5;
-int const binaryWrite = 6;
 
 std::int16_t const formatVersion = 4;
 std::int16_t const lockedVersion = -4;
@@ -30,46 +31,15 @@ int const lockedWhenRead = 1;
 int const lockOnWriting = 2;
 int const ignoreLock = 4;
 
-bool const shortPrefix = true;
-int const shortPrefixWidth = 2;
-
-/// Samples that go to the file at a time, so that their bytes fit an `int`.
-int const samplesPerCall = 1 << 28;
-
-int const sampleWidth = sizeof(float);
-
-/// Calls `transfer(first, bytes)` for all `n` samples, piece by piece.
-template <typename Transfer>
-void inPieces(int n, Transfer transfer)
-{
-    for (int first = 0; first < n;) {
-        int const piece = n - first < samplesPerCall ? n - first : samplesPerCall;
-        transfer(first, piece * sampleWidth);
-        first += piece;
-    }
-}
-
 /// What stands between the last text and the samples: 2 + 4 + 4 bytes.
 int const bytesBeforeSamples = 10;
-
-template <typename Value>
-void readValue(DFile &f, Value &value)
-{
-    f.BRead(&value, sizeof value);
-}
-
-template <typename Value>
-void writeValue(DFile &f, Value value)
-{
-    f.BWrite(&value, sizeof value);
-}
 
 bool isLocked(DString const &file)
 {
     DFile f;
     std::int16_t version = 0;
     if (!f.Open(file, binaryRead)) return false;
-    readValue(f, version);
+    read(f, version);
     return version < 0;
 }
 
@@ -94,39 +64,39 @@ void Waveform::Read(DFile &f, int n)
     float start = 0;
     DString oldUnit;
 
-    readValue(f, mark);
+    read(f, mark);
     if (mark < 0) lockState = lockedWhenRead;
     int const version = mark < 0 ? -mark : mark;
-    readValue(f, skip);
+    read(f, skip);
     if (skip != 0) f.SeekRel(skip);
-    readValue(f, fileCount);
-    readValue(f, t4);
-    readValue(f, timeStep);
+    read(f, fileCount);
+    read(f, t4);
+    read(f, timeStep);
     if (timeStep == 0.0f) timeStep = 1.0f;
-    readValue(f, t5);
-    readValue(f, calibration);
-    readValue(f, attenuation);
-    readValue(f, start);
-    bool const hasStart = !f.IsEOF();
-    readValue(f, timeShift);
-    readValue(f, maxValue);
-    readValue(f, minValue);
-    readValue(f, pointOfMax);
-    readValue(f, pointOfMin);
-    readValue(f, scaleUnit);
+    read(f, t5);
+    read(f, calibration);
+    read(f, attenuation);
+    read(f, start);
+    bool const hasStart = f.IsGood();
+    read(f, timeShift);
+    read(f, maxValue);
+    read(f, minValue);
+    read(f, pointOfMax);
+    read(f, pointOfMin);
+    read(f, scaleUnit);
     if (scaleUnit == 0.0f) scaleUnit = 1.0f;
-    readValue(f, reserved);
-    readValue(f, scopeValue);
-    readValue(f, t1);
-    readValue(f, t2);
-    readValue(f, t3);
-    readValue(f, offset);
-    readValue(f, scopeDelay);
-    readValue(f, scopeDelay2);
+    read(f, reserved);
+    read(f, scopeValue);
+    read(f, t1);
+    read(f, t2);
+    read(f, t3);
+    read(f, offset);
+    read(f, scopeDelay);
+    read(f, scopeDelay2);
     if (version < versionOfScopeDelay2) scopeDelay2 = 0; // these bytes had no meaning yet
     if (hasStart) startTime = start - scopeDelay - scopeDelay2;
-    readValue(f, scopeValue2);
-    readValue(f, scopeValue3);
+    read(f, scopeValue2);
+    read(f, scopeValue3);
     f.DSRead(units, shortPrefix);
     f.DSRead(stamp, shortPrefix);
     f.DSRead(note, shortPrefix);
@@ -139,17 +109,18 @@ void Waveform::Read(DFile &f, int n)
 /// can't hold is cut to what the file has.
 void Waveform::loadSamples(DFile &f, int n)
 {
+    f.SeekRel(bytesBeforeSamples);
     if (n < 1) {
         Size(0);
         return;
     }
-    f.SeekRel(bytesBeforeSamples);
-    long long const present = f.Remaining() / sampleWidth;
+    long long const present = f.Remaining() / floatWidth;
     bool const cleared = zeroFill;
     zeroFill = present < n || cleared;
-    if (!trysize(n)) Size(present < n ? static_cast<int>(present) : n);
+    bool const held = trysize(n);
     zeroFill = cleared;
-    inPieces(npnts(), [&](int first, int bytes) { f.BRead(Data() + first, bytes); });
+    if (!held) Size(present < n ? static_cast<int>(present) : n);
+    readFloats(f, Data(), npnts());
 }
 
 bool Waveform::Write(DString name)
@@ -168,37 +139,37 @@ bool Waveform::Write(DString name)
 void Waveform::Write(DFile &f)
 {
     stamp = Now();
-    writeValue(f, lockState & lockOnWriting ? lockedVersion : formatVersion);
-    writeValue<std::int16_t>(f, 0); // skip length
-    writeValue<std::int32_t>(f, npnts());
-    writeValue(f, t4);
-    writeValue(f, timeStep);
-    writeValue(f, t5);
-    writeValue(f, calibration);
-    writeValue(f, attenuation);
-    writeValue(f, startTime + scopeDelay + scopeDelay2);
-    writeValue(f, timeShift);
-    writeValue(f, maxValue);
-    writeValue(f, minValue);
-    writeValue(f, pointOfMax);
-    writeValue(f, pointOfMin);
-    writeValue(f, scaleUnit);
-    writeValue<std::int16_t>(f, 0); // reserved
-    writeValue(f, scopeValue);
-    writeValue(f, t1);
-    writeValue(f, t2);
-    writeValue(f, t3);
-    writeValue(f, offset);
-    writeValue(f, scopeDelay);
-    writeValue(f, scopeDelay2);
-    writeValue(f, scopeValue2);
-    writeValue(f, scopeValue3);
+    write(f, lockState & lockOnWriting ? lockedVersion : formatVersion);
+    write<std::int16_t>(f, 0); // skip length
+    write<std::int32_t>(f, npnts());
+    write(f, t4);
+    write(f, timeStep);
+    write(f, t5);
+    write(f, calibration);
+    write(f, attenuation);
+    write(f, startTime + scopeDelay + scopeDelay2);
+    write(f, timeShift);
+    write(f, maxValue);
+    write(f, minValue);
+    write(f, pointOfMax);
+    write(f, pointOfMin);
+    write(f, scaleUnit);
+    write<std::int16_t>(f, 0); // reserved
+    write(f, scopeValue);
+    write(f, t1);
+    write(f, t2);
+    write(f, t3);
+    write(f, offset);
+    write(f, scopeDelay);
+    write(f, scopeDelay2);
+    write(f, scopeValue2);
+    write(f, scopeValue3);
     f.DSWrite(units, shortPrefixWidth);
     f.DSWrite(stamp, shortPrefixWidth);
     f.DSWrite(note, shortPrefixWidth);
-    writeValue<std::int16_t>(f, 0); // the old unit name
-    writeValue<std::int16_t>(f, 1);
-    writeValue<std::int32_t>(f, npnts());
-    writeValue<std::int32_t>(f, 1);
-    inPieces(npnts(), [&](int first, int bytes) { f.BWrite(Data() + first, bytes); });
+    write<std::int16_t>(f, 0); // the old unit name
+    write<std::int16_t>(f, 1);
+    write<std::int32_t>(f, npnts());
+    write<std::int32_t>(f, 1);
+    writeFloats(f, Data(), npnts());
 }

@@ -140,38 +140,43 @@ void Waveform::Align(int n, float start, float step)
     if (step <= 0) return;
     if (n < 0) n = 0;
     if (start == Start() && step == timeStep && n == npnts()) return;
-    ScopeZero();
-    if (start == timeShift + startTime && step == timeStep) {
+    float const folded = startTime + scopeDelay + scopeDelay2;
+    if (start == timeShift + folded && step == timeStep) {
         int const old = npnts();
         ReSize(n);
         for (int i = old; i < n; ++i) Data()[i] = 0.0f;
+        ScopeZero();
         return;
     }
-    resample(n, start, step);
+    DArray<float, 0> out;
+    if (n > 0) out.Size(n);
+    ScopeZero(); // only now: what can't be allocated leaves the trace as it was
+    resample(out, start, step);
+    SwapData(out);
     startTime = start;
     timeStep = step;
     timeShift = 0;
 }
 
-/// The position on the old trace is advanced by repeated addition, not computed anew for each sample.
-void Waveform::resample(int n, float start, float step)
+/// The position on the old trace is advanced by repeated addition, not computed anew for each sample. On a trace whose
+/// own step is negative it runs backward and may leave the trace at the front.
+void Waveform::resample(DArray<float, 0> &out, float start, float step) const
 {
-    DArray<float, 0> out;
-    if (n > 0) out.Size(n);
+    int const n = out.Count();
     float const *const y = Data();
     float const last = static_cast<float>(npnts() - 1);
     float const ratio = step / timeStep;
     float pos = (start - Start()) / timeStep;
+    bool const forward = ratio > 0;
     int j = 0;
     for (; pos < 0 && j < n; ++j, pos += ratio) out[j] = 0.0f;
     for (; last > pos && j < n; ++j, pos += ratio) {
-        int const i = static_cast<int>(pos);
+        int const i = forward ? static_cast<int>(pos) : FloorToInt(static_cast<double>(pos));
         float const f = pos - static_cast<float>(i);
-        out[j] = (1 - f) * y[i] + f * y[i + 1];
+        out[j] = forward ? (1 - f) * y[i] + f * y[i + 1] : (1 - f) * sample(i) + f * sample(i + 1);
     }
     if (pos == last && j < n) out[j++] = sample(npnts() - 1);
     for (; j < n; ++j) out[j] = 0.0f;
-    SwapData(out);
 }
 
 void Waveform::AlignTo(Waveform const &other)

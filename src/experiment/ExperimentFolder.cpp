@@ -15,6 +15,9 @@ enum GroupField { PathField = 0, NameField = 2, nGroupFields = 3 };
 
 } // namespace
 
+template class DArray<GroupName, 1>;
+template class DArray<GroupCue, 1>;
+
 bool Experiment::SetExperimentFolder(DString const &folder)
 {
     if (!folder) {

@@ -15,10 +15,10 @@ char const *const letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxy
 char const *const forbiddenIfSet = "!\"#$&*,/:;<>?{|}~";
 char const *const forbiddenIfNot = "!\"#$*:;=?@\\{}~";
 
-/// Such a name, taken as a pattern, would reach other shots.
-bool holdsWildcard(DString const &name)
+/// Such a name, taken as a path, would reach other shots, or what lies beside them.
+bool reachesOthers(DString const &name)
 {
-    return name.FindFirstOf("*?") != npos;
+    return name.FindFirstOf("*?") != npos || (name + '\\').Find("\\..\\") != npos;
 }
 
 /// True for the cue "True" and a name that doesn't begin with a capital "A", and for the cue "False" and one
@@ -78,8 +78,8 @@ bool Experiment::RenameShot(DString name)
         Message("Shot " + name + " already exists, rename aborted");
         return false;
     }
-    bool const wild = holdsWildcard(ShotName) || holdsWildcard(name);
-    if (!wild && RenameFolder(ShotFolder, target)) {
+    bool const foreign = reachesOthers(ShotName) || reachesOthers(name);
+    if (!foreign && RenameFolder(ShotFolder, target)) {
         ScalarCacheIni.SetFileName(ScalarCacheFile);
         ScalarCacheIni.RenameSection(cacheSection(), "Shot" + name);
     }
@@ -90,7 +90,7 @@ bool Experiment::RenameShot(DString name)
 bool Experiment::DeleteShot()
 {
     if (!ShotName || !isGroup(CurrentGroup)) return false;
-    if (!holdsWildcard(ShotName)) DeleteFolder(ShotFolder);
+    if (!reachesOthers(ShotName)) DeleteFolder(ShotFolder);
     ScalarCacheIni.SetFileName(ScalarCacheFile);
     DIni cache(AppendPathElts(ShotPaths[CurrentGroup], "ScalarCache.ini"));
     cache.DeleteSection(cacheSection());

@@ -93,6 +93,11 @@ bool DFile::IsEOF() const
     return stream && std::feof(stream);
 }
 
+bool DFile::IsGood() const
+{
+    return stream && !std::feof(stream) && !std::ferror(stream);
+}
+
 void DFile::SeekAbs(long long pos)
 {
     if (stream) Platform::SeekFile(stream, pos, SEEK_SET);
@@ -116,19 +121,22 @@ long long DFile::Remaining() const
 void DFile::BRead(void *target, int size)
 {
     if (!stream || !target) return;
-    auto *out = static_cast<char *>(target);
-    for (; size > 0; size -= largestPiece, out += largestPiece) {
-        std::size_t const piece = bytes(size < largestPiece ? size : largestPiece);
-        if (std::fread(out, 1, piece, stream) < piece) return;
+    auto *const out = static_cast<char *>(target);
+    for (int done = 0; done < size;) {
+        int const piece = size - done < largestPiece ? size - done : largestPiece;
+        if (std::fread(out + done, 1, bytes(piece), stream) < bytes(piece)) return;
+        done += piece;
     }
 }
 
 void DFile::BWrite(void const *source, int size)
 {
     if (!stream || !source) return;
-    auto const *from = static_cast<char const *>(source);
-    for (; size > 0; size -= largestPiece, from += largestPiece) {
-        std::fwrite(from, 1, bytes(size < largestPiece ? size : largestPiece), stream);
+    auto const *const from = static_cast<char const *>(source);
+    for (int done = 0; done < size;) {
+        int const piece = size - done < largestPiece ? size - done : largestPiece;
+        std::fwrite(from + done, 1, bytes(piece), stream);
+        done += piece;
     }
 }
 
@@ -168,10 +176,9 @@ void DFile::ReadLine(DString &line, int maxLength)
 {
     if (!stream) return;
     line = DString();
-    int const room = maxLength - 1; // what `fgets` may fill, its NUL included
     if (maxLength < 2) return;
     char *const buffer = line.GetBuffer(maxLength);
-    if (!std::fgets(buffer, room, stream)) {
+    if (!std::fgets(buffer, maxLength - 1, stream)) { // which counts the NUL
         line = DString();
         return;
     }

@@ -25,6 +25,9 @@ public:
     /// True once a read has met the end of the file.
     bool IsEOF() const;
 
+    /// True while the file is open and every read has found what it asked for.
+    bool IsGood() const;
+
     // Positions in bytes, 64 bits. On a closed file they do nothing, and `Tell` answers -1.
     void SeekAbs(long long pos);
     void SeekRel(long long delta);
@@ -49,11 +52,12 @@ public:
     void DSRead(DString &s, bool shortPrefix);
     void DSRead(DString &s, int) = delete;
 
-    /// Scans one value in the format of `fscanf`, which must hold exactly one conversion.
+    /// Scans in the format of `fscanf`, of which at most one conversion may store a value.
     void ARead(DString const &format, void *target);
 
-    /// Reads a line of at most `maxLength` - 2 characters, without its line end; a longer line comes in
-    /// pieces. At the end of the file `line` is empty.
+    /// Reads a line of at most `maxLength` - 2 characters, without its line end and without a carriage return that it
+    /// may end in; a longer line comes in pieces. At the end of the file `line` is empty, as it is for an empty line,
+    /// and for a `maxLength` of 2 or less, which reads nothing.
     void ReadLine(DString &line, int maxLength);
     void ReadLineArray(DStringArray &fields, int maxLength, char const *delim);
 
@@ -61,14 +65,14 @@ public:
     /// file's size; a size that reads as negative gives an empty text.
     static DString GetText(DString const &name);
     static void GetLines(DString const &name, DStringArray &lines);
-    /// A table; the number of fields is the largest of the first 100 lines.
+    /// A table; the number of fields is the largest of the first 100 lines, and every line gets as many.
     static void GetArray(DString const &name, DStringArray &table, char const *delim);
     /// A ragged table, one list per line.
     static void GetStringTable(DString const &name, DArray<DStringArray, 1> &table, char const *delim);
 
     // These write in place and answer false if the file can't be opened.
     static bool WriteText(DString const &name, DString text);
-    static bool WriteLine(DString const &name, DString const &line); ///< appends
+    static bool WriteLine(DString const &name, DString const &line); ///< appends the line and CR LF
     /// CR LF between the lines and none behind the last.
     static bool WriteLines(DString const &name, DStringArray const &lines);
     /// One line per run, `delim` between its fields.

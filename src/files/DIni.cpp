@@ -38,6 +38,27 @@ void writeLines(DFile &file, DStringArray const &lines, bool lastSection)
     }
 }
 
+/// Apart from case; what differs behind a NUL alone counts by its length.
+int compareLines(void const *a, void const *b)
+{
+    auto const &first = *static_cast<DString const *>(a);
+    auto const &second = *static_cast<DString const *>(b);
+    int const difference = CompareFolded(first.c_str(), second.c_str());
+    return difference != 0 ? difference : first.Len() - second.Len();
+}
+
+/// Whether both hold the same lines, apart from order and case.
+bool sameLines(DStringArray &a, DStringArray b)
+{
+    if (a.Count() != b.Count()) return false;
+    a.Sort(compareLines);
+    b.Sort(compareLines);
+    for (int i = 0; i < a.Count(); ++i) {
+        if (a[i] /= b[i]) return false;
+    }
+    return true;
+}
+
 } // namespace
 
 DIni::DIni(DString const &name)
@@ -52,10 +73,9 @@ bool DIni::SetFileName(DString const &name)
     DString copy(name); // `name` may be our own
     clearsections();
     currentSection = -1;
-    fileText = DString();
     if (!copy) {
         fileName = DString();
-        return false;
+        return false; // the snapshot stays
     }
     if (FileExists(copy)) {
         fileText = DFile::GetText(copy);
@@ -67,6 +87,7 @@ bool DIni::SetFileName(DString const &name)
         if (Logging && retries >= 2) Log(DString(retries) + " tries needed to read from " + copy);
     } else {
         DFile file;
+        fileText = DString();
         if (!file.Open(copy, binaryWrite)) {
             fileName = DString();
             return false;
@@ -110,12 +131,12 @@ void DIni::loadstring()
 
 int DIni::nKeys() const
 {
-    return currentSection < 0 ? 0 : sectionLines[currentSection].Count();
+    return hassection() ? sectionLines[currentSection].Count() : 0;
 }
 
 void DIni::SetSection(DString const &name)
 {
-    if (currentSection >= 0 && (sectionNames[currentSection] %= name)) return;
+    if (hassection() && (sectionNames[currentSection] %= name)) return;
     currentSection = sectionNames.Index(name);
     if (currentSection >= 0) return;
     appendsection(name);
@@ -173,7 +194,7 @@ void DIni::DeleteSection(DString const &name)
 
 int DIni::keyindex(DString const &key, int &valueIndex) const
 {
-    if (currentSection < 0 || (key.Len() > 0 && key[0] == ';')) return -1;
+    if (!hassection() || (key.Len() > 0 && key[0] == ';')) return -1;
     DString const pattern = key + '=';
     valueIndex = pattern.Len();
     DStringArray const &lines = sectionLines[currentSection];
@@ -236,7 +257,7 @@ DStringArray DIni::GetKeyRow(DString const &key, int minCount, char const *delim
 
 void DIni::SetKeyValue(DString const &key, DString const &value)
 {
-    if (currentSection < 0) return;
+    if (!hassection()) return;
     DStringArray &lines = sectionLines[currentSection];
     DString const line = key + '=' + value;
     int valueIndex = 0;
@@ -307,21 +328,15 @@ bool DIni::Changed() const
 {
     DStringArray const lines(DFile::GetText(fileName), LDelim, -1);
     if (lines.Count() == 0) return nSections() > 0;
+    if (!isSectionLine(lines[0])) return true;
     DStringArray unseen(sectionNames);
-    DStringArray expected;
-    for (int i = 0; i < lines.Count(); ++i) {
-        DString line(lines[i]);
-        if (isSectionLine(line)) {
-            DString const name = sectionName(line);
-            if (!SectionExists(name) || expected.Count() > 0) return true;
-            int const left = unseen.Index(name);
-            if (left >= 0) unseen.Remove(left, 1);
-            expected = GetFullSection(name);
-        } else {
-            int const found = expected.Index(line.Trim());
-            if (found < 0) return true;
-            expected.Remove(found, 1);
-        }
+    for (int i = 0; i < lines.Count();) {
+        DString const name = sectionName(lines[i]);
+        DStringArray inFile;
+        for (++i; i < lines.Count() && !isSectionLine(lines[i]); ++i) inFile.Add(DString(lines[i]).Trim());
+        if (!SectionExists(name) || !sameLines(inFile, GetFullSection(name))) return true;
+        int const left = unseen.Index(name);
+        if (left >= 0) unseen.Remove(left, 1);
     }
-    return expected.Count() > 0 || unseen.Count() > 0;
+    return unseen.Count() > 0;
 }

@@ -76,11 +76,12 @@ public:
 protected:
     /// The line of a key in the current section, -1 for none; the value begins at `valueIndex`.
     int keyindex(DString const &key, int &valueIndex) const;
-    /// Builds sections and lines from `fileText`.
+    /// Builds sections and lines from `fileText`. The number of the current section stays as it was.
     void loadstring();
 
 private:
     bool findvalue(DString const &key, DString &value) const;
+    bool hassection() const { return currentSection >= 0 && currentSection < sectionLines.Count(); }
     void appendsection(DString const &name);
     void writethrough();
     void clearsections();

@@ -42,8 +42,8 @@ bool isHidden(Platform::Entry const &entry)
 
 void addNames(DString const &pattern, DStringArray &names, bool clear, bool folders)
 {
-    if (clear) names.Clear();
     Platform::Search search(pattern.c_str(), Platform::Detail::Names);
+    if (clear) names.Clear(); // only now: the pattern may be one of the names
     for (Platform::Entry entry; search.Next(entry);) {
         if (entry.isFolder == folders && !isHidden(entry)) names.Add(fromPlatform(entry.name));
     }
@@ -143,10 +143,10 @@ bool GetFolders(DString const &pattern, DStringArray &names, bool clear)
 bool GetFilesDates(DString const &pattern, DStringArray &names, DArray<long long, 0> &created,
                    DArray<long long, 0> &modified)
 {
+    Platform::Search search(pattern.c_str(), Platform::Detail::Full);
     names.Clear();
     created.Clear();
     modified.Clear();
-    Platform::Search search(pattern.c_str(), Platform::Detail::Full);
     for (Platform::Entry entry; search.Next(entry);) {
         if (entry.isFolder || isHidden(entry)) continue;
         names.Add(fromPlatform(entry.name));
@@ -183,7 +183,7 @@ bool CopyFileD(DString const &from, DString const &to)
 bool CopyFolder(DString const &from, DString const &to)
 {
     CreateFolder(to);
-    return Platform::CopyMatching((from + "\\*").c_str(), to.c_str(), true);
+    return ~from && Platform::CopyMatching((from + "\\*").c_str(), to.c_str(), true);
 }
 
 bool DeleteFileD(DString const &name)

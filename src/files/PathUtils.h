@@ -31,14 +31,16 @@ VODREL_API bool IsFullQual(DString const &path);
 /// with the longest local folder; `name` itself if there is none. The folder is compared as a plain prefix.
 VODREL_API DString GetUNCFileName(DString const &name);
 
-/// The local form of a network name on this computer. A name that isn't one comes back unchanged; a share that
-/// isn't known gives the name relative to the shares, with a backslash at its end.
+/// The local form of a network name on this computer. A name that doesn't begin like one comes back unchanged; a share
+/// that isn't known gives the name relative to the shares, with a backslash at its end, and one without a readable
+/// folder the same without it. The computer's name is compared as a plain prefix.
 VODREL_API DString GetLocalFileName(DString const &name);
 
 // ---- Existence ----
 
 /// True for an existing file; corrects the last element to the spelling on the disk. With a
-/// wildcard there, one of the first two matches must be a file, and replaces the pattern.
+/// wildcard there, one of the first two matches must be a file, and replaces the pattern. A path without a folder but
+/// for a single backslash or a drive loses these.
 VODREL_API bool FileExists(DString &path);
 
 /// The same for a folder, but where the first match isn't one, a second match replaces the pattern even if the
@@ -65,8 +67,8 @@ VODREL_API bool GetFilesDates(DString const &pattern, DStringArray &names, DArra
 
 // ---- Making, copying, deleting, renaming ----
 
-/// Makes a folder with its parents. False for a trailing backslash or a path without any; otherwise
-/// true, whatever came of it.
+/// Makes a folder with its parents, but for the first element of a relative path, which must be there. False for a
+/// trailing backslash or a path without any; otherwise true, whatever came of it.
 VODREL_API bool CreateFolder(DString const &path);
 
 /// Copies a file over an existing one, making the target's folder; with a `*` in `from`, all matching

@@ -1,12 +1,12 @@
-/// The growable array in which samples, names, tables and settings are kept: one contiguous block, seen
-/// either as a list or as a table of runs.
+/// The growable array in which samples, names, tables and settings are kept: one contiguous block, seen either as a
+/// list or as a table of runs.
 ///
-/// Element (r, c) stands at `c * RCount() + r`: the first index moves fastest, and `RCount()` is the
-/// length of a run. A list has `RCount()` 1. A table from a text file has one run per line.
+/// Element (r, c) stands at `c * RCount() + r`: the first index moves fastest, and `RCount()` is the length of a run.
+/// A list has `RCount()` 1. A table from a text file has one run per line.
 ///
-/// `flag` 0 is for plain data, which is never constructed or destroyed; `flag` 1 for classes, each
-/// constructed and destroyed in place. Growth, insertion and removal move raw bytes in both, so every element
-/// type must bear being moved by `memcpy`; all of the system's do.
+/// `flag` 0 is for plain data, which is never constructed or destroyed; `flag` 1 for classes, each constructed and
+/// destroyed in place. Growth, insertion and removal move raw bytes in both, so every element type must bear being
+/// moved by `memcpy`; all of the system's do.
 ///
 /// Capacity grows by 256 elements, never by a factor. A block that can't be had raises std::bad_alloc.
 #pragma once
@@ -30,7 +30,7 @@ public:
     virtual ~DArray() { clear(); }
     DArray &operator=(DArray const &other);
 
-    int Count() const { return count; }
+    int Count() const { return nUsed; }
     int Capacity() const { return capacity; }
     int RCount() const { return rCount; }
     int CCount() const { return cCount; }
@@ -59,11 +59,11 @@ public:
     T const &operator[](int i) const { return data[i]; }
     T &operator()(int r, int c) { return data[static_cast<std::ptrdiff_t>(c) * rCount + r]; }
     T const &operator()(int r, int c) const { return data[static_cast<std::ptrdiff_t>(c) * rCount + r]; }
-    T &Last() { return data[count - 1]; }
-    T const &Last() const { return data[count - 1]; }
+    T &Last() { return data[nUsed - 1]; }
+    T const &Last() const { return data[nUsed - 1]; }
 
-    // Editing works on whole runs: a number of elements is cut down to them, and nothing happens if
-    // none is left. Positions are limited to the array; `npos` is the end.
+    // Editing works on whole runs: a number of elements is cut down to them, and nothing happens if none is left.
+    // Positions are limited to the array; `npos` is the end.
 
     /// `n` elements, read from the address of `v` on.
     void Add(T const &v, int n = 1) { Insert(&v, INT_MAX, n); }
@@ -78,8 +78,8 @@ public:
     /// `qsort` of all elements whatever the shape.
     void Sort(int (*compare)(void const *, void const *));
 
-    /// Exchanges the contents; false for the array itself. Both arrays end with the run length of
-    /// `other`: this one's own is lost. `growBy` and `zeroFill` stay where they are.
+    /// Exchanges the contents; false for the array itself. Both arrays end with the run length of `other`: this one's
+    /// own is lost. `growBy` and `zeroFill` stay where they are.
     bool SwapData(DArray &other);
 
     bool zeroFill = false; ///< clear new blocks, and blanks that are inserted
@@ -94,9 +94,10 @@ protected:
     /// Destroys the elements and frees the block; the shape stays.
     void clear();
     void alloccopy(DArray const &source);
-    /// Counts one more element in, at the end, and gives its place, where nothing is constructed yet. The shape isn't
-    /// told.
-    void *claimplace();
+    /// The place behind the last element, for one more to be constructed in; it counts from `countplace` on. The shape
+    /// isn't told.
+    void *rawplace();
+    void countplace() { ++nUsed; }
     /// `Size(n)` that answers false, with an empty array, where the block can't be had.
     [[nodiscard]] bool trysize(int n);
 
@@ -111,13 +112,16 @@ private:
     long long capacityFor(int n) const;
     T *tryalloc(int n);
     bool limitRange(int &at, int &n) const;
-    void makeRoom(int at, int n);
+    void insert(T const *source, int at, int n);
+    void makeRoom(int n);
+    void countIn(int at, int n);
+    void moveBlock(int from, int to, int n);
     void construct(int from, int to);
     void destroy(int from, int to);
-    bool owns(T const *p) const { return data && p >= data && p < data + count; }
+    bool owns(T const *p) const { return data && p >= data && p < data + nUsed; }
 
     int capacity = 0;
-    int count = 0;
+    int nUsed = 0;
     int cCount = 0;
     int rCount = 1;
     T *data = nullptr;
@@ -127,7 +131,7 @@ template <typename T, int flag>
 DArray<T, flag> &DArray<T, flag>::operator=(DArray const &other)
 {
     if (this == &other) return *this;
-    clear();
+    Clear();
     alloccopy(other);
     return *this;
 }
@@ -155,7 +159,7 @@ void DArray<T, flag>::Size(int r, int c)
     int const n = product(rCount, columns);
     data = alloc(n);
     if constexpr (flag == 1) construct(0, n);
-    count = n;
+    nUsed = n;
     cCount = columns;
 }
 
@@ -166,8 +170,9 @@ bool DArray<T, flag>::trysize(int n)
     T *const block = tryalloc(n < 0 ? 0 : n);
     if (!block) return false;
     data = block;
-    count = cCount = n < 0 ? 0 : n;
-    if constexpr (flag == 1) construct(0, count);
+    int const size = n < 0 ? 0 : n;
+    if constexpr (flag == 1) construct(0, size);
+    nUsed = cCount = size;
     return true;
 }
 
@@ -184,8 +189,8 @@ void DArray<T, flag>::ReSize(int r, int c)
 template <typename T, int flag>
 void DArray<T, flag>::AddBlank(int n)
 {
-    int const columns = atLeast0((static_cast<long long>(count) + n) / rCount);
-    resize(columns * rCount);
+    int const columns = atLeast0((static_cast<long long>(nUsed) + n) / rCount);
+    resize(product(rCount, columns));
     cCount = columns;
 }
 
@@ -203,17 +208,26 @@ void DArray<T, flag>::Insert(T const *source, int at, int n)
     n = wholeRuns(n);
     if (n < 1 || !source) return;
     if (owns(source)) { // the block may move from under it
-        DArray const copy(*this);
-        Insert(copy.data + (source - data), at, limit(n, 0, count - static_cast<int>(source - data)));
+        DArray kept;
+        kept.insert(source, 0, limit(n, 0, nUsed - static_cast<int>(source - data)));
+        insert(kept.data, at, wholeRuns(kept.nUsed));
         return;
     }
-    at = limit(at, 0, count);
-    makeRoom(at, n);
+    insert(source, at, n);
+}
+
+/// From outside the own block. New elements are made behind the end and counted in only then, so that one that can't be
+/// made leaves the array as it was.
+template <typename T, int flag>
+void DArray<T, flag>::insert(T const *source, int at, int n)
+{
+    makeRoom(n);
     if constexpr (flag == 1) {
-        for (int i = 0; i < n; ++i) ::new (bytes(data + at + i)) T(source[i]);
+        for (int i = 0; i < n; ++i) ::new (bytes(data + nUsed + i)) T(source[i]);
     } else {
-        std::memcpy(bytes(data + at), source, width(n));
+        std::memcpy(bytes(data + nUsed), source, width(n));
     }
+    countIn(at, n);
 }
 
 template <typename T, int flag>
@@ -221,29 +235,49 @@ void DArray<T, flag>::InsertBlank(int at, int n)
 {
     n = wholeRuns(n);
     if (n < 1) return;
-    at = limit(at, 0, count);
-    makeRoom(at, n);
-    if (zeroFill) std::memset(bytes(data + at), 0, width(n));
-    if constexpr (flag == 1) construct(at, at + n);
+    makeRoom(n);
+    if (zeroFill) std::memset(bytes(data + nUsed), 0, width(n));
+    if constexpr (flag == 1) construct(nUsed, nUsed + n);
+    countIn(at, n);
 }
 
-/// Opens a gap of `n` elements at `at` and counts them in.
 template <typename T, int flag>
-void DArray<T, flag>::makeRoom(int at, int n)
+void DArray<T, flag>::makeRoom(int n)
 {
-    realloc(atLeast0(static_cast<long long>(count) + n));
-    std::memmove(bytes(data + at + n), bytes(data + at), width(count - at));
-    count += n;
+    realloc(atLeast0(static_cast<long long>(nUsed) + n));
+}
+
+/// Counts `n` elements in that stand behind the end, and moves them to `at`.
+template <typename T, int flag>
+void DArray<T, flag>::countIn(int at, int n)
+{
+    int const from = nUsed;
+    nUsed += n;
     cCount += n / rCount;
+    at = limit(at, 0, from);
+    if (at < from) moveBlock(from, at, n);
+}
+
+/// Moves `n` elements from one place to another; those between make way.
+template <typename T, int flag>
+void DArray<T, flag>::moveBlock(int from, int to, int n)
+{
+    void *const block = std::malloc(width(n));
+    if (!block) throw std::bad_alloc();
+    std::memcpy(block, bytes(data + from), width(n));
+    if (to < from) std::memmove(bytes(data + to + n), bytes(data + to), width(from - to));
+    else std::memmove(bytes(data + from), bytes(data + from + n), width(to - from));
+    std::memcpy(bytes(data + to), block, width(n));
+    std::free(block);
 }
 
 template <typename T, int flag>
 bool DArray<T, flag>::limitRange(int &at, int &n) const
 {
     n = wholeRuns(n);
-    if (count == 0 || n < 1) return false;
-    at = limit(at, 0, count - 1);
-    if (n > count - at) n = count - at;
+    if (nUsed == 0 || n < 1) return false;
+    at = limit(at, 0, nUsed - 1);
+    if (n > nUsed - at) n = nUsed - at;
     return true;
 }
 
@@ -252,8 +286,8 @@ void DArray<T, flag>::Remove(int at, int n)
 {
     if (!limitRange(at, n)) return;
     if constexpr (flag == 1) destroy(at, at + n);
-    std::memmove(bytes(data + at), bytes(data + at + n), width(count - at - n));
-    count -= n;
+    std::memmove(bytes(data + at), bytes(data + at + n), width(nUsed - at - n));
+    nUsed -= n;
     cCount -= n / rCount;
 }
 
@@ -271,24 +305,17 @@ void DArray<T, flag>::Replace(T const *source, int at, int n)
 template <typename T, int flag>
 void DArray<T, flag>::Reorder(int from, int to, int n)
 {
-    if (count == 0) return;
-    from = limit(wholeRuns(from), 0, count - 1);
-    to = limit(wholeRuns(to), 0, count - 1);
+    if (nUsed == 0) return;
+    from = limit(wholeRuns(from), 0, nUsed - 1);
+    to = limit(wholeRuns(to), 0, nUsed - 1);
     if (from == to) return;
-    n = limit(wholeRuns(n), 1, count - (from > to ? from : to));
-    void *const block = std::malloc(width(n));
-    if (!block) throw std::bad_alloc();
-    std::memcpy(block, bytes(data + from), width(n));
-    if (to < from) std::memmove(bytes(data + to + n), bytes(data + to), width(from - to));
-    else std::memmove(bytes(data + from), bytes(data + from + n), width(to - from));
-    std::memcpy(bytes(data + to), block, width(n));
-    std::free(block);
+    moveBlock(from, to, limit(wholeRuns(n), 1, nUsed - (from > to ? from : to)));
 }
 
 template <typename T, int flag>
 void DArray<T, flag>::Sort(int (*compare)(void const *, void const *))
 {
-    if (count > 1) std::qsort(bytes(data), static_cast<std::size_t>(count), sizeof(T), compare);
+    if (nUsed > 1) std::qsort(bytes(data), static_cast<std::size_t>(nUsed), sizeof(T), compare);
 }
 
 template <typename T, int flag>
@@ -302,7 +329,7 @@ bool DArray<T, flag>::SwapData(DArray &other)
     };
     swap(data, other.data);
     swap(capacity, other.capacity);
-    swap(count, other.count);
+    swap(nUsed, other.nUsed);
     swap(cCount, other.cCount);
     rCount = other.rCount;
     return true;
@@ -345,7 +372,7 @@ void DArray<T, flag>::realloc(int n)
     if (!block) throw std::bad_alloc();
     data = static_cast<T *>(block);
     capacity = static_cast<int>(room);
-    if (zeroFill) std::memset(bytes(data + count), 0, width(capacity - count));
+    if (zeroFill) std::memset(bytes(data + nUsed), 0, width(capacity - nUsed));
 }
 
 template <typename T, int flag>
@@ -354,20 +381,20 @@ void DArray<T, flag>::resize(int n)
     if (n < 0) n = 0;
     realloc(n);
     if constexpr (flag == 1) {
-        destroy(n, count);
-        construct(count, n);
+        destroy(n, nUsed);
+        construct(nUsed, n);
     }
-    count = n;
+    nUsed = n;
 }
 
 template <typename T, int flag>
 void DArray<T, flag>::clear()
 {
-    if constexpr (flag == 1) destroy(0, count);
+    if constexpr (flag == 1) destroy(0, nUsed);
     std::free(bytes(data));
     data = nullptr;
     capacity = 0;
-    count = 0;
+    nUsed = 0;
 }
 
 template <typename T, int flag>
@@ -375,22 +402,22 @@ void DArray<T, flag>::alloccopy(DArray const &source)
 {
     growBy = source.growBy;
     zeroFill = source.zeroFill;
-    data = alloc(source.count);
+    data = alloc(source.nUsed);
     if constexpr (flag == 1) {
-        for (int i = 0; i < source.count; ++i) ::new (bytes(data + i)) T(source.data[i]);
-    } else if (source.count > 0) {
-        std::memcpy(bytes(data), source.data, width(source.count));
+        for (int i = 0; i < source.nUsed; ++i) ::new (bytes(data + i)) T(source.data[i]);
+    } else if (source.nUsed > 0) {
+        std::memcpy(bytes(data), source.data, width(source.nUsed));
     }
-    count = source.count;
+    nUsed = source.nUsed;
     cCount = source.cCount;
     rCount = source.rCount;
 }
 
 template <typename T, int flag>
-void *DArray<T, flag>::claimplace()
+void *DArray<T, flag>::rawplace()
 {
-    realloc(atLeast0(count + 1LL));
-    return bytes(data + count++);
+    realloc(atLeast0(nUsed + 1LL));
+    return bytes(data + nUsed);
 }
 
 template <typename T, int flag>

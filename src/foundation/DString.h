@@ -63,7 +63,7 @@ public:
     /// One character; a NUL gives a string of length 1.
     DString &operator=(char c);
 
-    /// A deep copy: the only way to assign without sharing.
+    /// A deep copy: the only way to assign without sharing. Of a string that shares the block already it does nothing.
     DString &Copy(DString const &other);
 
     void operator+=(DString const &other);
@@ -92,8 +92,8 @@ public:
     /// Writes one character, after making a shared string private. An index outside is ignored.
     void SetChar(int i, char c);
 
-    /// Room for exactly `n` characters. The length is `n` at once: the caller fills all of it, or
-    /// calls `Truncate` afterwards.
+    /// Room for exactly `n` characters, those behind the old length undefined. The length is `n` at once: the caller
+    /// fills all of it, or calls `Truncate` afterwards. Writing on after the string was shared changes the copies too.
     char *GetBuffer(int n);
 
     /// Sets the length to `n`. Characters beyond the old length are NULs.
@@ -148,7 +148,8 @@ public:
     unsigned int RFind(char const *text, int start = npos) const;
     unsigned int RFind(DString const &text, int start = npos) const;
 
-    // Slices change nothing and return a new string.
+    // Slices change nothing and return a new string. An empty slice of a text has a block of its own, one of an empty
+    // text is the shared empty string: `ToInt` tells them apart.
     DString Left(int n);
     DString Mid(int start, int n = npos);
     DString Right(int n);

@@ -99,9 +99,8 @@ void DStringArray::Sort(int (*compare)(void const *, void const *))
 
 void DStringArray::Split(DString const &text, char const *delim, int minCount)
 {
-    DString const kept(text); // may be one of our own elements
-    Clear();
-    split(kept, delim, minCount);
+    DStringArray pieces(text, delim, minCount); // text and delimiter may be our own elements
+    SwapData(pieces);
 }
 
 void DStringArray::Split2D(DString const &text, char const *delim, int cols)
@@ -112,23 +111,20 @@ void DStringArray::Split2D(DString const &text, char const *delim, int cols)
 
 void DStringArray::Split1Dto2D(DStringArray const &lines, char const *delim, int cols)
 {
-    if (&lines == this) {
-        DStringArray const copy(lines);
-        Split1Dto2D(copy, delim, cols);
-        return;
-    }
     if (cols < 0) cols = widestOf(lines, delim);
-    Size(cols, lines.Count());
+    DStringArray table(cols, lines.Count()); // lines and delimiter may be our own elements
     for (int line = 0; line < lines.Count(); ++line) {
         DStringArray const pieces(lines[line], delim, cols);
-        for (int field = 0; field < cols; ++field) (*this)(field, line) = pieces[field];
+        for (int field = 0; field < cols; ++field) table(field, line) = pieces[field];
     }
+    SwapData(table);
 }
 
 void DStringArray::MakeTable(DArray<DStringArray, 1> &out, char const *delim, int minCount) const
 {
-    out.Size(Count());
-    for (int i = 0; i < Count(); ++i) out[i].split((*this)[i], delim, minCount);
+    DArray<DStringArray, 1> table(Count()); // we may be an element of `out`
+    for (int i = 0; i < Count(); ++i) table[i].split((*this)[i], delim, minCount);
+    out.SwapData(table);
 }
 
 void DStringArray::split(DString const &text, char const *delim, int minCount)
@@ -180,5 +176,6 @@ void DStringArray::splitAt(DString const &text, char const *delim)
 /// Constructs the piece in its place. Only the count grows, not the shape: see `Count()` in the header.
 void DStringArray::addSlice(DString const &text, int start, int end)
 {
-    ::new (claimplace()) DString(text, start, end - start);
+    ::new (rawplace()) DString(text, start, end - start);
+    countplace();
 }

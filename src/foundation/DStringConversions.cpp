@@ -202,9 +202,10 @@ DString Now()
 template <typename Value>
 bool DString::addFormatted(Value value, char const *format, char const *usual, int room)
 {
+    DString const kept(format); // it may lie in our own block
     int const old = Len();
     ReAlloc(old + addFormattedRoom);
-    int const end = PrintBounded(chars + old, addFormattedRoom, format, widened(value)) + old;
+    int const end = PrintBounded(chars + old, addFormattedRoom, kept.c_str(), widened(value)) + old;
     if (end >= 0) {
         setLength(end);
         return true;

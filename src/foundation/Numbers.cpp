@@ -209,7 +209,7 @@ bool IsScanFormat(char const *format)
         if (!conversion.suppress) ++stores;
         p = conversion.end;
     }
-    return stores == 1;
+    return stores <= 1;
 }
 
 int PrintBounded(char *target, int limit, char const *format, int value)

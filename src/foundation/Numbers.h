@@ -46,7 +46,7 @@ enum class FormatValue { Integer, Floating };
 /// A format from outside reaches the printing routine only after this test.
 bool IsPrintFormat(char const *format, FormatValue value);
 
-/// True if `format` is a scan format with exactly one conversion that stores a value.
+/// True if `format` is a scan format with at most one conversion that stores a value.
 bool IsScanFormat(char const *format);
 
 /// Prints into at most `limit` bytes, without a terminator. Gives the number of bytes written, or -1

@@ -147,7 +147,7 @@ VODREL_API int SetShotC(char const *name)
         Message("Error setting shot (most likely it does not exist)");
         return 0;
     }
-    if (!ExternalInit && QNot) Log("here"); // hosts look for this line
+    if (!ExternalInit && QNot) Log("here"); // the line is part of what hosts see
     tellHost(name);
     return 1;
 }

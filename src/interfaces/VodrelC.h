@@ -19,7 +19,8 @@ extern "C" {
  * path on the first call, which starts nothing. A native absolute name ("/opt/vodrel") is taken too. */
 void InitializeVodrelC(char const *path);
 
-/* Sends a text to the notifier: code 2 prints it, code 5 appends it to the log. */
+/* Sends a text to the notifier. The library's own prints it for code 2, appends it to the log for code 5 and drops the
+ * rest; a host's notifier gets everything. */
 void NotifyC(int code, int arg, char const *text);
 
 /* Sleeps for so many milliseconds. */
@@ -40,14 +41,16 @@ void SetExperimentC(char const *folder);
  * alone names the shot in whose folder the program runs. */
 int CreateShotC(char const *name);
 
-/* Makes an existing shot current; 1, or 0 with a message. */
+/* Makes an existing shot current, with or without a leading "*"; 1, or 0 with a message. */
 int SetShotC(char const *name);
 
-/* A string of the current shot. */
+/* A string of the current shot: by its name, "Shot" for the shot's own name, "A::B" for B where A has no value. An
+ * empty value deletes the string. */
 void GetStringDataC(char const *name, int *len, char *buf);
 void SetStringDataC(char const *name, char const *value);
 
-/* Waveforms by name: "W" of the current shot, "A1\W" of another. Times in seconds.
+/* Waveforms by name: "W" of the current shot, "A1\W" of another. Times in seconds. A name that leads to no shot
+ * reads as a file that isn't there, and what is stored under it is dropped.
  *
  * GetWaveformC resamples onto n values from `start`, `step` apart. Where the trace isn't, and for a file that isn't
  * there, the values are 0; with a step of 0 or less the samples come as they are. */

@@ -1,0 +1,241 @@
+/// The .dpt file: one particle table, little-endian, texts with a 4-byte length. The fields in file order, 4 bytes
+/// each where nothing else is said:
+///
+///     version | skip length | geometry | particles | columns C | header1 |
+///     header2 | t1 ... t5 | C maxima | C minima | units | note | stamp | rows
+///
+/// A row of version 1 has C numbers, one of version 2 always eight; a distance over rows counts C columns in both.
+/// The writer makes version 2 with eight columns. Of more columns than eight, which no writer of ours made, the first
+/// eight are kept and the rest is passed over.
+
+#include "data/ParticleGroup.h"
+
+#include <climits>
+#include <cstdint>
+
+#include "data/FileValues.h"
+#include "files/PathUtils.h"
+
+using namespace FileValues;
+
+namespace {
+
+char const *const extension = ".dpt";
+std::int32_t const formatVersion = 2;
+std::int32_t const versionOfEightColumns = 2;
+int const lastColumn = 7;
+int const rowBytes = sizeof(PGParticle);
+
+/// Version, skip length, geometry, count, columns, two headers, five parameters, and the extremes of eight columns.
+long long const fixedPart = 12 * 4 + 2 * rowBytes;
+int const nTexts = 3;
+
+/// What a number of rows and columns takes in a file, as far as a file position goes.
+long long distanceOver(long long rows, int columns)
+{
+    long long const bytesOfRow = columns < 1 ? 0 : 4LL * columns;
+    if (bytesOfRow == 0 || rows < 1) return 0;
+    return rows > LLONG_MAX / bytesOfRow ? LLONG_MAX : rows * bytesOfRow;
+}
+
+/// Reads the first eight of `columns` numbers and passes over the rest.
+void readColumns(DFile &f, float *target, int columns)
+{
+    int const kept = columns < 0 ? 0 : columns < ParticleGroup::nParticleCols ? columns : ParticleGroup::nParticleCols;
+    f.BRead(target, kept * floatWidth);
+    if (columns > kept) f.SeekRel(distanceOver(1, columns - kept));
+}
+
+/// Passes over the texts and gives the sum of their lengths.
+long long skipTexts(DFile &f)
+{
+    long long sum = 0;
+    for (int i = 0; i < nTexts; ++i) {
+        std::int32_t length = 0;
+        read(f, length);
+        if (length < 1) continue;
+        f.SeekRel(length);
+        sum += length;
+    }
+    return sum;
+}
+
+struct Layout {
+    std::int32_t version = 0;
+    std::int32_t skip = 0;
+    std::int32_t geometry = 0;
+    std::int32_t particles = 0;
+    std::int32_t columns = 0;
+
+    /// Rows can be added behind a header that has the very form of ours.
+    bool isCurrent() const
+    {
+        return version >= versionOfEightColumns && skip == 0 && columns == ParticleGroup::nParticleCols;
+    }
+};
+
+Layout readLayout(DFile &f)
+{
+    Layout layout;
+    read(f, layout.version);
+    read(f, layout.skip);
+    if (layout.skip != 0) f.SeekRel(layout.skip);
+    read(f, layout.geometry);
+    read(f, layout.particles);
+    read(f, layout.columns);
+    return layout;
+}
+
+} // namespace
+
+// ---- Reading ----
+
+bool ParticleGroup::Read(DString name, int count, int first)
+{
+    DFile f;
+    if (!f.Open(name + extension, binaryRead)) return false;
+    Read(f, count, first);
+    return true;
+}
+
+void ParticleGroup::Read(DFile &f, int count, int first)
+{
+    long long const limit = count < 0 ? MaxParticleBatch : count;
+    long long const start = count < 0 || first < 0 ? 0 : first;
+    Layout const layout = readLayout(f);
+    geometry = origGeometry = layout.geometry;
+    origParticles = layout.particles;
+    read(f, header1);
+    read(f, header2);
+    readAll(f, {&t1, &t2, &t3, &t4, &t5});
+    readColumns(f, maxValues, layout.columns);
+    readColumns(f, minValues, layout.columns);
+    f.DSRead(units, longPrefix);
+    f.DSRead(note, longPrefix);
+    f.DSRead(stamp, longPrefix);
+
+    long long const behind = origParticles - start;
+    long long const n = behind < limit ? behind : limit;
+    if (start > 0) f.SeekRel(distanceOver(start, layout.columns));
+    sizeFor(f, layout.version, n < 0 ? 0 : static_cast<int>(n));
+    readRows(f, layout.version, layout.columns);
+}
+
+/// Makes `n` rows, cleared if the file doesn't have them all; no more than the file has if memory can't hold them.
+void ParticleGroup::sizeFor(DFile &f, int version, int n)
+{
+    long long const present = f.Remaining() / rowBytes;
+    bool const cleared = zeroFill;
+    zeroFill = cleared || present < n || version < versionOfEightColumns;
+    bool const held = n <= INT_MAX / nParticleCols && trysize(n * nParticleCols);
+    zeroFill = cleared;
+    if (!held) {
+        n = present < INT_MAX / nParticleCols ? static_cast<int>(present) : 0;
+        DArray<float, 0>::Size(n * nParticleCols);
+    }
+    particles = n;
+}
+
+void ParticleGroup::readRows(DFile &f, int version, int columns)
+{
+    if (version >= versionOfEightColumns) {
+        readFloats(f, Data(), Count());
+        return;
+    }
+    for (int i = 0; i < particles && !f.IsEOF(); ++i) {
+        readColumns(f, PData()[i].column, columns);
+        PData()[i].column[lastColumn] = 0;
+    }
+}
+
+// ---- Writing ----
+
+bool ParticleGroup::Write(DString name)
+{
+    DFile f;
+    if (!f.Open(name + extension, binaryWrite)) return false;
+    Write(f);
+    return true;
+}
+
+void ParticleGroup::Write(DFile &f)
+{
+    writeFixedPart(f, particles);
+    stamp = Now();
+    f.DSWrite(units, longPrefixWidth);
+    f.DSWrite(note, longPrefixWidth);
+    f.DSWrite(stamp, longPrefixWidth);
+    writeFloats(f, Data(), Count());
+}
+
+void ParticleGroup::writeFixedPart(DFile &f, int nRows)
+{
+    write<std::int32_t>(f, formatVersion);
+    write<std::int32_t>(f, 0); // skip length
+    write<std::int32_t>(f, geometry);
+    write<std::int32_t>(f, nRows);
+    write<std::int32_t>(f, nParticleCols);
+    write(f, header1);
+    write(f, header2);
+    writeAll(f, {t1, t2, t3, t4, t5});
+    f.BWrite(maxValues, sizeof maxValues);
+    f.BWrite(minValues, sizeof minValues);
+}
+
+// ---- Appending ----
+
+bool ParticleGroup::Append(DString name)
+{
+    DString file = name + extension;
+    if (!FileExists(file)) return Write(name);
+    DFile f;
+    if (!f.Open(file, binaryUpdate)) return false;
+    Append(f);
+    return true;
+}
+
+/// Only the fixed part of the header and the end of the file are touched, however much the file holds.
+void ParticleGroup::Append(DFile &f)
+{
+    Layout layout = readLayout(f);
+    if (!layout.isCurrent()) {
+        upgrade(f);
+        f.SeekAbs(0);
+        layout = readLayout(f);
+    }
+    geometry = layout.geometry;
+    read(f, header1);
+    read(f, header2);
+    readAll(f, {&t1, &t2, &t3, &t4, &t5});
+    float fileMax[8] = {};
+    float fileMin[8] = {};
+    f.BRead(fileMax, sizeof fileMax);
+    f.BRead(fileMin, sizeof fileMin);
+    long long const texts = skipTexts(f) + nTexts * 4;
+    long long const rows = distanceOver(layout.particles, nParticleCols);
+    long long const total = static_cast<long long>(particles) + (layout.particles < 0 ? 0 : layout.particles);
+    f.SeekAbs(0);
+    long long const missing = fixedPart + texts + rows - f.Remaining();
+    if (total > INT_MAX || missing > static_cast<long long>(MaxParticleBatch) * rowBytes) return; // not to be believed
+    origParticles = static_cast<int>(total);
+    for (int column = 0; column < nParticleCols; ++column) {
+        if (fileMax[column] > maxValues[column]) maxValues[column] = fileMax[column];
+        if (fileMin[column] < minValues[column]) minValues[column] = fileMin[column];
+    }
+    writeFixedPart(f, origParticles);
+    f.SeekRel(texts + rows);
+    writeFloats(f, Data(), Count());
+}
+
+/// Rewrites a file in place with the present header, up to one batch of particles, and no more than the file can
+/// hold.
+void ParticleGroup::upgrade(DFile &f)
+{
+    f.SeekAbs(0);
+    long long const size = f.Remaining();
+    ParticleGroup whole;
+    whole.Read(f, -1, 0);
+    if (whole.particles > size) whole.ReSize(static_cast<int>(size));
+    f.SeekAbs(0);
+    whole.Write(f);
+}

@@ -1,0 +1,174 @@
+// Copying and deleting of all that matches a path, whole trees too.
+
+#include <cstddef>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
+#include <system_error>
+#include <vector>
+
+#include "platform/Platform.h"
+#include "platform/posix/Faults.h"
+#include "platform/posix/FolderListings.h"
+#include "platform/posix/PosixPaths.h"
+#include "platform/posix/PosixSearch.h"
+#include "platform/posix/PosixTrees.h"
+
+namespace Platform {
+
+using namespace Posix;
+
+// ---- Copying --------------------------------------------------------------------------------------------------
+
+/// The name without links, empty if there is nothing under it.
+static std::string realname(std::string const &native)
+{
+    char *const name = realpath(native.c_str(), nullptr);
+    std::string const text = name ? name : "";
+    std::free(name);
+    return text;
+}
+
+/// Whether `inner` is `outer` or stands somewhere in it; both without links.
+static bool standsin(std::string const &inner, std::string const &outer)
+{
+    if (outer == "/") return true;
+    return inner.compare(0, outer.size(), outer) == 0 && (inner.size() == outer.size() || inner[outer.size()] == '/');
+}
+
+namespace {
+
+/// Copies entries into a folder, folders with all they hold. Goes on after a failure, and knows of it at the end.
+class TreeCopy {
+public:
+    TreeCopy(FoundFolder const &to, bool withFolders)
+        : target(to), realTarget(realname(to.native)), wholeTrees(withFolders)
+    {
+    }
+
+    void CopyInto(std::string const &to, std::string const &folder, std::vector<std::string> const &names);
+    bool HasFailed() const { return failed; }
+
+private:
+    void copyentry(std::string const &from, std::string const &to);
+    void copyfolder(std::string const &from, bool isLink, std::string const &to);
+    void copycontents(std::string const &from, std::string const &to);
+    bool leadsback(std::string const &folder) const;
+
+    FoundFolder const &target;
+    std::string const realTarget;
+    bool const wholeTrees;
+    std::vector<std::string> roots; ///< what is being copied: a match, and each link followed on the way here
+    bool failed = false;
+};
+
+} // namespace
+
+void TreeCopy::CopyInto(std::string const &to, std::string const &folder, std::vector<std::string> const &names)
+{
+    // Taken before the first copy, so that copying into a full folder doesn't list it again for each name.
+    auto const old = ListFolder(to);
+    for (std::string const &name : names) {
+        std::string const stored = old->Find(name);
+        copyentry(Join(folder, name), Join(to, stored.empty() ? name : stored));
+    }
+}
+
+void TreeCopy::copyentry(std::string const &from, std::string const &to)
+{
+    struct stat info, self;
+    if (lstat(from.c_str(), &self) != 0 || stat(from.c_str(), &info) != 0) {
+        failed = true;
+    } else if (!S_ISDIR(info.st_mode)) {
+        failed |= !CopyNative(from, to);
+    } else if (wholeTrees && !IsSame(info, target.info)) {
+        // The target itself may stand inside of what is copied; it stays out of the copy.
+        copyfolder(from, S_ISLNK(self.st_mode), to);
+    }
+}
+
+void TreeCopy::copyfolder(std::string const &from, bool isLink, std::string const &to)
+{
+    bool const isRoot = isLink || roots.empty();
+    if (isRoot) {
+        std::string const root = realname(from);
+        if (isLink && leadsback(root)) return;
+        roots.push_back(root);
+    }
+    struct stat info;
+    bool const there = stat(to.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+    if (there || mkdir(to.c_str(), 0777) == 0) copycontents(from, to);
+    else failed = true;
+    if (isRoot) roots.pop_back();
+}
+
+void TreeCopy::copycontents(std::string const &from, std::string const &to)
+{
+    auto const entries = ListFolder(from);
+    failed |= !entries->IsComplete() || entries->HasLeftOut();
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < entries->Count(); i++) names.emplace_back(entries->Name(i));
+    CopyInto(to, from, names);
+}
+
+/// A link into what is being copied, to a folder around it or into the copy would be followed without end.
+bool TreeCopy::leadsback(std::string const &folder) const
+{
+    for (std::string const &root : roots)
+        if (standsin(folder, root) || standsin(root, folder)) return true;
+    return standsin(folder, realTarget);
+}
+
+/// Finds the folder of the first `n` elements, or makes it and those on the way to it. A share's own folder
+/// isn't made.
+static bool needfolder(PathName const &name, std::size_t n, FoundFolder &folder)
+{
+    if (FindFolder(name, n, folder)) return true;
+    FoundFolder parent;
+    if (n <= name.rootElements || !needfolder(name, n - 1, parent)) return false;
+    std::string const &element = name.elements[n - 1];
+    if (!ListFolder(parent.native, &parent.info)->Find(element).empty()) return false;
+    return mkdir(Join(parent.native, element).c_str(), 0777) == 0 && FindFolder(name, n, folder);
+}
+
+/// Whether a match that was named without wildcards can be copied at all.
+static bool cancopy(std::string const &native, bool wholeTrees, struct stat &info)
+{
+    return stat(native.c_str(), &info) == 0 && (S_ISREG(info.st_mode) || (wholeTrees && S_ISDIR(info.st_mode)));
+}
+
+bool CopyMatching(char const *pattern, char const *to, bool wholeTrees)
+{
+    PathName toName;
+    Matches matches;
+    if (!Allowed("CopyMatching") || !FindMatches(pattern, matches) || !ParsePath(to, toName)) return false;
+    std::size_t const all = toName.elements.size();
+    if (toName.HasWildcardsIn(all)) return false;
+    struct stat info;
+    bool const named = !matches.hadWildcards;
+    if (named && !cancopy(Join(matches.folder, matches.names[0]), wholeTrees, info)) return false;
+    FoundFolder target;
+    if (!needfolder(toName, all, target) || (named && IsSame(info, target.info))) return false;
+    TreeCopy copy(target, wholeTrees);
+    copy.CopyInto(target.native, matches.folder, matches.names);
+    return !copy.HasFailed();
+}
+
+// ---- Deleting ---------------------------------------------------------------------------------------------------
+
+bool DeleteMatching(char const *pattern)
+{
+    Matches matches;
+    if (!Allowed("DeleteMatching") || !FindMatches(pattern, matches)) return false;
+    bool deleted = true;
+    for (std::string const &name : matches.names) {
+        // Takes links away without following them, even one that has come into a folder's place meanwhile.
+        std::error_code error;
+        std::filesystem::remove_all(Join(matches.folder, name), error);
+        deleted &= !error;
+    }
+    return deleted;
+}
+
+} // namespace Platform
