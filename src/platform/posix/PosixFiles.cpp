@@ -4,11 +4,13 @@
 // close, and one that asks the kernel for the descriptor's mode. Pieces as large as the buffer or larger move
 // straight between the file and the caller's memory.
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <fcntl.h>
 #include <memory>
-#include <mutex>
+#include <stdio_ext.h>
 #include <string>
 #include <sys/stat.h>
 #include <utility>
@@ -39,20 +41,17 @@ struct Buffer {
 } // namespace
 
 static Buffer *buffersInUse = nullptr;
-static std::mutex buffersLock; // hosts may open files in several threads
 
 static void givebuffer(std::FILE *stream, std::unique_ptr<Buffer> buffer)
 {
     std::setvbuf(stream, buffer->bytes, _IOFBF, sizeof buffer->bytes);
     buffer->stream = stream;
-    std::lock_guard<std::mutex> const locked(buffersLock);
     buffer->next = buffersInUse;
     buffersInUse = buffer.release();
 }
 
 static std::unique_ptr<Buffer> takebuffer(std::FILE *stream)
 {
-    std::lock_guard<std::mutex> const locked(buffersLock);
     Buffer **link = &buffersInUse;
     while (*link && (*link)->stream != stream) link = &(*link)->next;
     std::unique_ptr<Buffer> found(*link);
@@ -145,9 +144,28 @@ void CloseFile(std::FILE *file)
 
 // ---- Positions ----------------------------------------------------------------------------------------------
 
+/// Steps forward by reading. False if the file ended before, and the rest is still to go.
+static bool readover(std::FILE *file, long long &count)
+{
+    char passed[512];
+    while (count > 0) {
+        std::size_t const piece = static_cast<std::size_t>(std::min<long long>(count, sizeof passed));
+        std::size_t const n = std::fread(passed, 1, piece, file);
+        count -= static_cast<long long>(n);
+        if (n < piece) return false;
+    }
+    return true;
+}
+
+/// The first seek in a stream throws its buffer away, which then has to come from the disk again. Loaders step over
+/// texts of a few bytes; such a step is read over where the stream can do nothing but read.
 bool SeekFile(std::FILE *file, long long offset, int origin)
 {
-    return file && fseeko(file, offset, origin) == 0;
+    if (!file) return false;
+    long long const longestStep = 4096;
+    bool const isStep = origin == SEEK_CUR && offset > 0 && offset <= longestStep && !__fwritable(file);
+    if (isStep && readover(file, offset)) return true;
+    return fseeko(file, offset, origin) == 0;
 }
 
 long long TellFile(std::FILE *file)

@@ -18,16 +18,18 @@ using namespace Posix;
 
 // ---- What the system says of one entry ----------------------------------------------------------------
 
-/// 100 ns units since 1601.
+/// 100 ns units since 1601, as far as these go: some file systems take times millions of years away.
 static long long filetime(statx_timestamp const &time)
 {
-    return (static_cast<long long>(time.tv_sec) + 11644473600) * 10000000 + time.tv_nsec / 100;
+    long long const farthest = 900000000000; // seconds
+    long long const seconds = std::clamp(static_cast<long long>(time.tv_sec), -farthest, farthest);
+    return (seconds + 11644473600) * 10000000 + time.tv_nsec / 100;
 }
 
 static void fill(struct statx const &info, Entry &entry)
 {
     entry.isFolder = S_ISDIR(info.stx_mode);
-    entry.size = static_cast<long long>(info.stx_size);
+    entry.size = entry.isFolder ? 0 : static_cast<long long>(info.stx_size);
     entry.modified = filetime(info.stx_mtime);
     entry.created =
         info.stx_mask & STATX_BTIME ? filetime(info.stx_btime) : std::min(entry.modified, filetime(info.stx_ctime));
