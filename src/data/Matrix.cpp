@@ -15,6 +15,34 @@ Matrix::MDim::MDim()
     DArray<float, 0>::Size(1);
 }
 
+namespace {
+
+/// A partial read of one slice leaves the second coordinate behind the count, where the first interval is still asked
+/// for; a copy takes it along.
+void copyInterval(Matrix::MDim &to, Matrix::MDim const &from)
+{
+    if (from.Count() == 1 && from.Capacity() > 1) to[1] = from[1];
+}
+
+} // namespace
+
+Matrix::MDim::MDim(MDim const &other) : DArray<float, 0>(other), step(other.step), origSize(other.origSize)
+{
+    copyInterval(*this, other);
+}
+
+Matrix::MDim::~MDim() = default;
+
+Matrix::MDim &Matrix::MDim::operator=(MDim const &other)
+{
+    if (this == &other) return *this;
+    DArray<float, 0>::operator=(other);
+    step = other.step;
+    origSize = other.origSize;
+    copyInterval(*this, other);
+    return *this;
+}
+
 Matrix::Matrix(int n1, int n2, int n3)
 {
     DArray<float, 0>::Size(setcoords(n1, n2, n3));

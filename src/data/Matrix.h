@@ -17,6 +17,9 @@ public:
     /// The coordinates of one dimension; their number is its present size.
     struct VODREL_API MDim : public DArray<float, 0> {
         MDim();
+        MDim(MDim const &other);
+        MDim &operator=(MDim const &other);
+        ~MDim() override;
         float step = 1.0f; ///< spacing of a uniform axis, 0 for explicit coordinates
         int origSize = 1;  ///< size that the file announced, or that was set; a partial read leaves it
     };
