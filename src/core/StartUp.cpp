@@ -59,8 +59,9 @@ void SetUserPath()
     DString file = AppendPathElts(UserPath, "Vodrel.ini");
     bool const existed = FileExists(file);
     VoIni.SetFileName(file);
+    bool const isFresh = !existed && VoIni.nSections() == 0;
     VoIni.SetSection("Startup");
-    if (!existed) writeFreshSettings();
+    if (isFresh) writeFreshSettings();
     VoIni.SetSection("Preferences");
     WorkingPath = VoIni.GetKeyValue("WorkingPath", UserPath.c_str());
     CreateFolder(WorkingPath);

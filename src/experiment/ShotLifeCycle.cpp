@@ -18,7 +18,7 @@ char const *const forbiddenIfNot = "!\"#$*:;=?@\\{}~";
 /// Such a name, taken as a path, would reach other shots, or what lies beside them.
 bool reachesOthers(DString const &name)
 {
-    return name.FindFirstOf("*?") != npos || (name + '\\').Find("\\..\\") != npos;
+    return name.FindFirstOf("*?") != npos || (TranslateFileName(name) + '\\').Find("\\..\\") != npos;
 }
 
 /// True for the cue "True" and a name that doesn't begin with a capital "A", and for the cue "False" and one

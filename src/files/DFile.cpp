@@ -226,6 +226,11 @@ void DFile::GetStringTable(DString const &name, DArray<DStringArray, 1> &table, 
     DStringArray(GetText(name), LDelim, -1).MakeTable(table, delim, -1);
 }
 
+bool DFile::MakeFile(DString const &name)
+{
+    return DFile().open(name, "a+b");
+}
+
 bool DFile::WriteText(DString const &name, DString text)
 {
     DFile file;

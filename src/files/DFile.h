@@ -78,6 +78,9 @@ public:
     /// One line per run, `delim` between its fields.
     static bool WriteArray(DString const &name, DStringArray const &table, char const *delim);
 
+    /// Makes an empty file if there is none; one that is there keeps what it holds. False if it can't be opened.
+    static bool MakeFile(DString const &name);
+
     /// Copies a file of less than 2 GiB. Answers true on all paths, a failed open included: callers
     /// can't learn of a failure.
     static bool CopyLargeFile(DString const &from, DString const &to);

@@ -86,12 +86,11 @@ bool DIni::SetFileName(DString const &name)
         }
         if (Logging && retries >= 2) Log(DString(retries) + " tries needed to read from " + copy);
     } else {
-        DFile file;
-        fileText = DString();
-        if (!file.Open(copy, binaryWrite)) {
-            fileName = DString();
+        if (!DFile::MakeFile(copy)) {
+            fileText = fileName = DString();
             return false;
         }
+        fileText = DFile::GetText(copy); // which is empty, unless the disk didn't show us a file that is there
     }
     fileName = copy;
     loadstring();
