@@ -17,7 +17,7 @@ public:
     ~DFile();
 
     /// The mode is a sum of 1 for read, 2 for write, 4 for binary: 1, 5 read; 2, 6 create or empty; 3, 7 read and
-    /// write an existing file; anything else fails. An open stream is closed first, also if this open fails.
+    /// write an existing file; with neither 1 nor 2 it fails. An open stream is closed first, also if this open fails.
     /// Only regular files open.
     bool Open(DString name, int mode);
     void Close();

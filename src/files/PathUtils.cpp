@@ -93,14 +93,19 @@ bool IsFullQual(DString const &path)
 
 // ---- Existence ----
 
+/// A search that found nothing is made once more: a file that a network hides for a moment would be taken for missing,
+/// and made anew.
 bool FileExists(DString &path)
 {
-    Platform::Search search(path.c_str(), Platform::Detail::Names);
-    Platform::Entry entry;
-    if (!search.Next(entry)) return false;
-    if (entry.isFolder && (!search.Next(entry) || entry.isFolder)) return false;
-    replaceName(path, entry);
-    return true;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        Platform::Search search(path.c_str(), Platform::Detail::Names);
+        Platform::Entry entry;
+        if (!search.Next(entry)) continue;
+        if (entry.isFolder && (!search.Next(entry) || entry.isFolder)) return false;
+        replaceName(path, entry);
+        return true;
+    }
+    return false;
 }
 
 bool FolderExists(DString &path)

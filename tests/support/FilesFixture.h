@@ -1,0 +1,109 @@
+/// The vocabulary of the tests of files and start-up: a fresh folder with a per-user folder in it, a clock set
+/// by hand, and the library's globals as they are at load, put back afterwards.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "core/Log.h"
+#include "core/StartUp.h"
+#include "files/PathUtils.h"
+#include "foundation/DStringArray.h"
+#include "platform/Platform.h"
+#include "support/DStringInspector.h"
+#include "support/HandClock.h"
+#include "support/TempFolder.h"
+
+using Strings = std::vector<std::string>;
+
+inline Strings Items(DStringArray const &list)
+{
+    Strings items;
+    for (int i = 0; i < list.Count(); ++i) items.push_back(bytesOf(list[i]));
+    return items;
+}
+
+inline DStringArray List(Strings const &items)
+{
+    DStringArray list;
+    for (std::string const &item : items) list.Add(fromBytes(item));
+    return list;
+}
+
+/// An environment variable of the host, put back at the end.
+class HostVariable {
+public:
+    HostVariable(char const *name, std::string const &value) : variable(name)
+    {
+        if (char const *const old = std::getenv(name)) before = old, wasSet = true;
+        set(value.c_str());
+    }
+    HostVariable(HostVariable const &) = delete;
+    HostVariable &operator=(HostVariable const &) = delete;
+    ~HostVariable() { set(wasSet ? before.c_str() : nullptr); }
+
+private:
+    void set(char const *value) const
+    {
+#if defined _WIN32
+        _putenv_s(variable.c_str(), value ? value : "");
+        _tzset();
+#else
+        if (value) setenv(variable.c_str(), value, 1);
+        else unsetenv(variable.c_str());
+        tzset();
+#endif
+    }
+
+    std::string const variable;
+    std::string before;
+    bool wasSet = false;
+};
+
+class FilesTest : public testing::Test {
+protected:
+    FilesTest() : userFolder("XDG_DATA_HOME", folder.native("host-user"))
+    {
+        folder.MakeFolder("user");
+        globalsatload();
+        UserPath = Path("user");
+    }
+    ~FilesTest() override
+    {
+        globalsatload();
+        Platform::ClearShares();
+        Platform::SetFaultHook(nullptr);
+        std::error_code ignored;
+        std::filesystem::current_path(hostFolder, ignored);
+    }
+
+    /// Something in the fresh folder, as the system names it.
+    DString Path(std::string const &relative) const { return fromBytes(folder.path(relative)); }
+
+    void GoTo(std::string const &relative) const { std::filesystem::current_path(folder.native(relative)); }
+
+    /// The bytes of the log.
+    std::string LogText() const { return folder.Read("user/Log.txt"); }
+
+    TempFolder folder;
+    HandClock clock;
+
+private:
+    static void globalsatload()
+    {
+        VoIni = DIni();
+        VodrelPath = UserPath = WorkingPath = ComputerName = DString();
+        SetNotify(nullptr);
+        SetQNotify(nullptr);
+        Logging = Silent = PublicWrite = false;
+        StartTime = 0;
+    }
+
+    std::filesystem::path const hostFolder = std::filesystem::current_path();
+    HostVariable const userFolder;
+};
