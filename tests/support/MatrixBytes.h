@@ -1,5 +1,5 @@
-/// A .dmt file written out by hand, row by row of its layout, and the fields of a matrix in the same form. Bytes are hex
-/// texts in the order of the file.
+/// A .dmt file written out by hand, row by row of its layout, and the fields of a matrix in the same form. Bytes are
+/// hex texts in the order of the file.
 #pragma once
 
 #include <cstring>
@@ -107,7 +107,7 @@ inline DmtRows SheetRows()
         {"note", ""},
         {"stamp length", "13 00 00 00"},
         {"stamp", "'06/10/2024 08:13:20'"},
-        {"values", "00 00 00 00 00 00 80 3F 00 00 00 40 00 00 40 40 00 00 80 40 "   // 0 to 4
+        {"values", "00 00 00 00 00 00 80 3F 00 00 00 40 00 00 40 40 00 00 80 40 "  // 0 to 4
                    "00 00 A0 40 00 00 C0 40 00 00 E0 40 00 00 00 41 00 00 10 41"}, // 5 to 9
     });
 }
