@@ -49,7 +49,7 @@ void askParticles(DString const &file, int count)
     ParticleGroup group;
     group.Read(file, count, 1);
     group.Scale();
-    group.SetGeometry(1 - group.Geometry());
+    group.SetGeometry(group.Geometry() == 0 ? 1 : 0);
     group.CleanUp();
     group.Append(file);
     group.Read(file, -1, 0);

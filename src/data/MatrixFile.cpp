@@ -110,16 +110,14 @@ void Matrix::readValues(DFile &f, MDim &last, int first)
     // The distance is one of 32 bits in this format.
     std::uint32_t const distance = static_cast<std::uint32_t>(inOne) * static_cast<std::uint32_t>(first) * 4u;
     if (first > 0) f.SeekRel(static_cast<std::int32_t>(distance));
-    long long const present = f.Remaining() / floatWidth;
-    bool const cleared = zeroFill;
-    zeroFill = cleared || present < product();
-    bool const held = product() <= INT_MAX && trysize(static_cast<int>(product()));
-    zeroFill = cleared;
-    if (!held) {
-        long long const slices = inOne > 0 ? present / inOne : 0;
+    int const total = believed(f, product(), floatWidth);
+    if (total < product()) {
+        long long const slices = inOne > 0 ? total / inOne : 0;
         last.ReSize(slices < last.Count() ? static_cast<int>(slices) : 0);
-        DArray<float, 0>::Size(static_cast<int>(product()));
     }
+    bool const complete = f.Remaining() / floatWidth >= product();
+    if (complete) DArray<float, 0>::Size(static_cast<int>(product()));
+    else sizecleared(static_cast<int>(product()));
     readFloats(f, Data(), Count());
 }
 

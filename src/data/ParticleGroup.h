@@ -93,7 +93,9 @@ protected:
 
 private:
     static bool isColumn(int column) { return column >= 0 && column < nParticleCols; }
-    void sizeFor(DFile &f, int version, int n);
+    struct Layout;
+    static Layout readLayout(DFile &f);
+    void sizeFor(DFile &f, Layout const &layout, long long n);
     void readRows(DFile &f, int version, int columns);
     void writeFixedPart(DFile &f, int nRows);
     static void upgrade(DFile &f);

@@ -60,7 +60,10 @@ long long skipTexts(DFile &f)
     return sum;
 }
 
-struct Layout {
+} // namespace
+
+/// What comes first in a file, and tells how to go on.
+struct ParticleGroup::Layout {
     std::int32_t version = 0;
     std::int32_t skip = 0;
     std::int32_t geometry = 0;
@@ -74,7 +77,7 @@ struct Layout {
     }
 };
 
-Layout readLayout(DFile &f)
+ParticleGroup::Layout ParticleGroup::readLayout(DFile &f)
 {
     Layout layout;
     read(f, layout.version);
@@ -85,8 +88,6 @@ Layout readLayout(DFile &f)
     read(f, layout.columns);
     return layout;
 }
-
-} // namespace
 
 // ---- Reading ----
 
@@ -117,23 +118,19 @@ void ParticleGroup::Read(DFile &f, int count, int first)
     long long const behind = origParticles - start;
     long long const n = behind < limit ? behind : limit;
     if (start > 0) f.SeekRel(distanceOver(start, layout.columns));
-    sizeFor(f, layout.version, n < 0 ? 0 : static_cast<int>(n));
+    sizeFor(f, layout, n);
     readRows(f, layout.version, layout.columns);
 }
 
-/// Makes `n` rows, cleared if the file doesn't have them all; no more than the file has if memory can't hold them.
-void ParticleGroup::sizeFor(DFile &f, int version, int n)
+/// Makes `n` rows, cleared if the file doesn't have all their numbers.
+void ParticleGroup::sizeFor(DFile &f, Layout const &layout, long long n)
 {
-    long long const present = f.Remaining() / rowBytes;
-    bool const cleared = zeroFill;
-    zeroFill = cleared || present < n || version < versionOfEightColumns;
-    bool const held = n <= INT_MAX / nParticleCols && trysize(n * nParticleCols);
-    zeroFill = cleared;
-    if (!held) {
-        n = present < INT_MAX / nParticleCols ? static_cast<int>(present) : 0;
-        DArray<float, 0>::Size(n * nParticleCols);
-    }
-    particles = n;
+    int const width = layout.version >= versionOfEightColumns ? rowBytes : layout.columns > 0 ? floatWidth : rowBytes;
+    int const rows = believed(f, n, width);
+    particles = rows < largestCount / nParticleCols ? rows : largestCount / nParticleCols;
+    bool const complete = layout.version >= versionOfEightColumns && f.Remaining() / rowBytes >= particles;
+    if (complete) DArray<float, 0>::Size(particles * nParticleCols);
+    else sizecleared(particles * nParticleCols);
 }
 
 void ParticleGroup::readRows(DFile &f, int version, int columns)

@@ -102,24 +102,15 @@ void Waveform::Read(DFile &f, int n)
     f.DSRead(note, shortPrefix);
     f.DSRead(oldUnit, shortPrefix);
     if (~oldUnit) units << "units of " << oldUnit;
-    loadSamples(f, n < 0 ? fileCount : n);
+    f.SeekRel(bytesBeforeSamples);
+    loadSamples(f, n < 0 ? believed(f, fileCount, floatWidth) : n);
 }
 
-/// A count that the file doesn't bear out is taken all the same, with zeros for what is missing; one that memory
-/// can't hold is cut to what the file has.
 void Waveform::loadSamples(DFile &f, int n)
 {
-    f.SeekRel(bytesBeforeSamples);
-    if (n < 1) {
-        Size(0);
-        return;
-    }
-    long long const present = f.Remaining() / floatWidth;
-    bool const cleared = zeroFill;
-    zeroFill = present < n || cleared;
-    bool const held = trysize(n);
-    zeroFill = cleared;
-    if (!held) Size(present < n ? static_cast<int>(present) : n);
+    bool const complete = n < 1 || f.Remaining() / floatWidth >= n;
+    if (complete) Size(n);
+    else sizecleared(n);
     readFloats(f, Data(), npnts());
 }
 

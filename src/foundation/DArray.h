@@ -98,8 +98,8 @@ protected:
     /// isn't told.
     void *rawplace();
     void countplace() { ++nUsed; }
-    /// `Size(n)` that answers false, with an empty array, where the block can't be had.
-    [[nodiscard]] bool trysize(int n);
+    /// `Size(n)` on a cleared block, whatever `zeroFill` says.
+    void sizecleared(int n);
 
 private:
     static int atLeast0(long long n);
@@ -110,7 +110,7 @@ private:
 
     int wholeRuns(int n) const { return n - n % rCount; }
     long long capacityFor(int n) const;
-    T *tryalloc(int n);
+    T *take(int n, bool cleared);
     bool limitRange(int &at, int &n) const;
     void insert(T const *source, int at, int n);
     void makeRoom(int n);
@@ -164,16 +164,13 @@ void DArray<T, flag>::Size(int r, int c)
 }
 
 template <typename T, int flag>
-bool DArray<T, flag>::trysize(int n)
+void DArray<T, flag>::sizecleared(int n)
 {
     Clear();
-    T *const block = tryalloc(n < 0 ? 0 : n);
-    if (!block) return false;
-    data = block;
     int const size = n < 0 ? 0 : n;
+    data = take(size, true);
     if constexpr (flag == 1) construct(0, size);
     nUsed = cCount = size;
-    return true;
 }
 
 template <typename T, int flag>
@@ -344,22 +341,21 @@ long long DArray<T, flag>::capacityFor(int n) const
 }
 
 template <typename T, int flag>
-T *DArray<T, flag>::tryalloc(int n)
+T *DArray<T, flag>::take(int n, bool cleared)
 {
     long long const room = capacityFor(n);
-    if (room > INT_MAX) return nullptr;
+    if (room > INT_MAX) throw std::bad_alloc();
     auto const elements = static_cast<std::size_t>(room);
-    void *const block = zeroFill ? std::calloc(elements, sizeof(T)) : std::malloc(elements * sizeof(T));
-    if (block) capacity = static_cast<int>(room);
+    void *const block = cleared ? std::calloc(elements, sizeof(T)) : std::malloc(elements * sizeof(T));
+    if (!block) throw std::bad_alloc();
+    capacity = static_cast<int>(room);
     return static_cast<T *>(block);
 }
 
 template <typename T, int flag>
 T *DArray<T, flag>::alloc(int n)
 {
-    T *const block = tryalloc(n < 0 ? 0 : n);
-    if (!block) throw std::bad_alloc();
-    return block;
+    return take(n < 0 ? 0 : n, zeroFill);
 }
 
 template <typename T, int flag>
