@@ -72,20 +72,20 @@ inline void writeFloats(DFile &f, float const *source, long long n)
     inPieces(n, [&](long long first, int bytes) { f.BWrite(source + first, bytes); });
 }
 
-/// A count up to this is taken as it stands, even from a file that breaks off; a larger one only as far as the file
-/// goes, so that no few bytes make us fill memory.
+/// A count up to this is taken as it stands, even from a file that breaks off.
 int const trustedCount = 1 << 20;
 
 /// More than this no array holds.
 int const largestCount = 0x7FFFFF00;
 
 /// How many of `announced` elements, of at least `width` bytes each, are taken from where the file stands; below 0
-/// none.
+/// none. A large count is taken as it stands if half of it is there, and otherwise only as far as the file goes, so
+/// that no few bytes make us fill memory.
 inline int believed(DFile const &f, long long announced, int width)
 {
     if (announced <= trustedCount) return announced < 0 ? 0 : static_cast<int>(announced);
     long long const present = f.Remaining() / width;
-    long long const taken = announced < present ? announced : present < trustedCount ? trustedCount : present;
+    long long const taken = announced / 2 <= present ? announced : present < trustedCount ? trustedCount : present;
     return taken < largestCount ? static_cast<int>(taken) : largestCount;
 }
 

@@ -198,7 +198,7 @@ Matrix::Parameter const Matrix::parameters[] = {
 float Matrix::GetMatrixParam(DString const &code) const
 {
     for (Parameter const &row : parameters) {
-        if (code %= row.code) return row.value(*this);
+        if (code.Len() == 2 && (code %= row.code)) return row.value(*this);
     }
     return -DFMax;
 }

@@ -29,8 +29,9 @@ std::int32_t const versionOfCalibration = 4;
 /// Takes "[first, count]" off the end of a name.
 void takeSelection(DString &name, int &count, int &first)
 {
-    DString const from = name.AfterFirst('[', true).BeforeFirst(',', true).Trim();
-    DString const end = name.AfterFirst(',', true).BeforeFirst(']', true).Trim();
+    DString selection = name.AfterFirst('[', true); // a folder may hold a comma
+    DString const from = selection.BeforeFirst(',', true).Trim();
+    DString const end = selection.AfterFirst(',', true).BeforeFirst(']', true).Trim();
     name = name.BeforeFirst('[', true);
     if (!from.ToInt(first)) first = 0;
     if (!end.ToInt(count)) count = -1;
@@ -99,8 +100,7 @@ int Matrix::cutSlices(MDim &dim, int count, int first)
     int const end = wanted > 1 ? wanted : 1;
     int begin = first < end - 1 ? first : end - 1;
     if (begin < 0) begin = 0;
-    int const n = end - begin;
-    dim.ReSize(n < size ? n : size);
+    dim.ReSize(end - begin);
     return begin;
 }
 

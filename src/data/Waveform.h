@@ -54,9 +54,9 @@ public:
 
     /// Loads `n` samples; 0 the header alone, below 0 all that the header announces. False only if the file can't be
     /// opened: then there are no samples and the header is as before. A file that is too short isn't told: what it
-    /// lacks stays as it was in the header and is 0 in the samples; but of more than a million samples that the header
-    /// alone announces only those that the file has are taken. Texts that the file has empty keep what they held, and
-    /// the unit name of an old file goes behind `units`, at each read. `lockState` becomes 1 for a locked file and
+    /// lacks stays as it was in the header and is 0 in the samples; but of more than a million samples of which the
+    /// file lacks more than half only those that it has are taken. Texts that the file has empty keep what they held,
+    /// and the unit name of an old file goes behind `units`, at each read. `lockState` becomes 1 for a locked file and
     /// otherwise stays.
     bool Read(DString name, int n);
     void Read(DFile &f, int n);

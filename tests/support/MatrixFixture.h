@@ -3,7 +3,9 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <system_error>
 
 #include <gtest/gtest.h>
 
@@ -18,10 +20,18 @@ protected:
     /// The name by which a matrix of the fresh folder is read and written: no extension.
     DString Name(std::string const &stem) const { return Dstr(system.path(stem)); }
     DString FileName(std::string const &stem) const { return Dstr(system.path(stem + ".dmt")); }
-    /// A file of these bytes. A new one each time: some file systems flush one that is emptied and written again.
+    /// A file of these bytes. One of the same length is overwritten in place, which costs the disk least; any other is
+    /// a new one, since some file systems flush one that is emptied and written again.
     void Put(std::string const &stem, std::string const &bytes) const
     {
-        std::filesystem::remove(system.folder.native(stem + ".dmt"));
+        std::string const file = system.folder.native(stem + ".dmt");
+        std::error_code missing;
+        if (std::filesystem::file_size(file, missing) == bytes.size()) {
+            std::fstream out(file, std::ios::in | std::ios::out | std::ios::binary);
+            out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+            if (out.flush()) return;
+        }
+        std::filesystem::remove(file);
         system.folder.Write(stem + ".dmt", bytes);
     }
     std::string Disk(std::string const &stem) const { return system.folder.Read(stem + ".dmt"); }

@@ -63,6 +63,7 @@ public:
     explicit OpenParticles(std::vector<ParticleRow> const &rows)
     {
         Size(static_cast<int>(rows.size()));
+        origParticles = nParticles();
         float *next = Data();
         for (ParticleRow const &row : rows)
             for (float value : row) *next++ = value;
