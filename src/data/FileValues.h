@@ -81,11 +81,11 @@ int const largestCount = 0x7FFFFF00;
 /// How many of `announced` elements, of at least `width` bytes each, are taken from where the file stands; below 0
 /// none. A large count is taken as it stands if half of it is there, and otherwise only as far as the file goes, so
 /// that no few bytes make us fill memory.
-inline int believed(DFile const &f, long long announced, int width)
+inline int believed(DFile const &f, long long announced, int width, int trusted = trustedCount)
 {
-    if (announced <= trustedCount) return announced < 0 ? 0 : static_cast<int>(announced);
+    if (announced <= trusted) return announced < 0 ? 0 : static_cast<int>(announced);
     long long const present = f.Remaining() / width;
-    long long const taken = announced / 2 <= present ? announced : present < trustedCount ? trustedCount : present;
+    long long const taken = announced / 2 <= present ? announced : present < trusted ? trusted : present;
     return taken < largestCount ? static_cast<int>(taken) : largestCount;
 }
 

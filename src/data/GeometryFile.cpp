@@ -23,6 +23,9 @@ std::int32_t const formatVersion = 1;
 /// An object without a name and without params takes this much of a file.
 int const leastObjectBytes = 80;
 
+/// Shapes are larger in memory than in a file: fewer of them are taken on trust.
+int const trustedObjects = 1 << 12;
+
 void readObject(DFile &f, Object &object)
 {
     std::int32_t nParams = 0;
@@ -69,7 +72,7 @@ bool Geometry::Read(DString name)
     if (skip != 0) f.SeekRel(skip);
     read(f, count);
     Cleanup();
-    Size(believed(f, count, leastObjectBytes));
+    Size(believed(f, count, leastObjectBytes, trustedObjects));
     for (int i = 0; i < Count() && !f.IsEOF(); ++i) readObject(f, (*this)[i]);
     f.BRead(maxCoords, sizeof maxCoords);
     f.BRead(minCoords, sizeof minCoords);

@@ -6,9 +6,9 @@
 ///     calibration (from version 4) | scaleUnit | t1 ... t5 | units | note |
 ///     stamp | values
 ///
-/// A count that the file doesn't bear out is taken all the same, with zeros for what is missing, as long as memory
-/// can hold it; beyond that only what the file has. Whatever a file says, the number of values stays the product of
-/// the axes.
+/// A number of values that the file doesn't bear out is taken all the same, with zeros for what is missing, up to a
+/// million or if half of it is there; otherwise only the slices that the file has. Whatever a file says, the number of
+/// values stays the product of the axes.
 
 #include "data/Matrix.h"
 

@@ -170,7 +170,7 @@ float ParticleGroup::GetPGroupParam(DString const &code) const
     Row const rows[] = {{"t1", t1}, {"t2", t2}, {"t3", t3},
                         {"t4", t4}, {"t5", t5}, {"np", static_cast<float>(origParticles)}};
     for (Row const &row : rows) {
-        if (code %= row.code) return row.value;
+        if (code.Len() == 2 && (code %= row.code)) return row.value;
     }
     return -DFMax;
 }

@@ -59,13 +59,14 @@ public:
     // file can't be opened. ----
 
     /// Reads `count` rows from row `first` on; 0 the header alone; below 0 all from row 0, up to MaxParticleBatch,
-    /// whatever `first` says.
+    /// whatever `first` says. A `first` below 0 asks for as many rows more behind the end. Rows that the file lacks are
+    /// 0.
     bool Read(DString name, int count, int first);
     bool Write(DString name); ///< stamps the object with the time
     /// Adds the rows in memory, whose extremes are to be up to date, to a file in place; writes one that is missing.
     /// What the file holds of geometry and parameters comes into this object, its texts stay; the rows aren't
-    /// converted. A file of the old version, or with another header, is rewritten first. A file that lacks more than
-    /// a batch of the rows it announces is left alone.
+    /// converted. A file of the old version, or with another header, is rewritten first, with a new date. A file that
+    /// lacks more than a batch of the rows it announces is left alone, and this object too.
     bool Append(DString name);
 
     float header1 = 0; ///< set by callers, carried in the file
@@ -99,4 +100,5 @@ private:
     void readRows(DFile &f, int version, int columns);
     void writeFixedPart(DFile &f, int nRows);
     static void upgrade(DFile &f);
+    void takeHeader(ParticleGroup const &other);
 };

@@ -102,7 +102,7 @@ bool ParticleGroup::Read(DString name, int count, int first)
 void ParticleGroup::Read(DFile &f, int count, int first)
 {
     long long const limit = count < 0 ? MaxParticleBatch : count;
-    long long const start = count < 0 || first < 0 ? 0 : first;
+    long long const start = count < 0 ? 0 : first;
     Layout const layout = readLayout(f);
     geometry = origGeometry = layout.geometry;
     origParticles = layout.particles;
@@ -122,14 +122,18 @@ void ParticleGroup::Read(DFile &f, int count, int first)
     readRows(f, layout.version, layout.columns);
 }
 
-/// Makes `n` rows, cleared if the file doesn't have all their numbers.
+/// Makes `n` rows, cleared if the file doesn't have all their numbers. Of more than a batch of which the file lacks
+/// more than half only those that it has.
 void ParticleGroup::sizeFor(DFile &f, Layout const &layout, long long n)
 {
-    int const width = layout.version >= versionOfEightColumns ? rowBytes : layout.columns > 0 ? floatWidth : rowBytes;
-    int const rows = believed(f, n, width);
-    particles = rows < largestCount / nParticleCols ? rows : largestCount / nParticleCols;
-    bool const complete = layout.version >= versionOfEightColumns && f.Remaining() / rowBytes >= particles;
-    if (complete) DArray<float, 0>::Size(particles * nParticleCols);
+    bool const isNew = layout.version >= versionOfEightColumns;
+    long long const width =
+        isNew || layout.columns < 1 ? rowBytes : static_cast<long long>(layout.columns) * floatWidth;
+    long long const present = f.Remaining() / width;
+    if (n > MaxParticleBatch && n / 2 > present) n = present;
+    long long const most = largestCount / nParticleCols;
+    particles = static_cast<int>(n < 0 ? 0 : n < most ? n : most);
+    if (isNew && present >= particles) DArray<float, 0>::Size(particles * nParticleCols);
     else sizecleared(particles * nParticleCols);
 }
 
@@ -139,6 +143,7 @@ void ParticleGroup::readRows(DFile &f, int version, int columns)
         readFloats(f, Data(), Count());
         return;
     }
+    if (columns < 1) return; // such rows have no bytes
     for (int i = 0; i < particles && !f.IsEOF(); ++i) {
         readColumns(f, PData()[i].column, columns);
         PData()[i].column[lastColumn] = 0;
@@ -200,28 +205,38 @@ void ParticleGroup::Append(DFile &f)
         f.SeekAbs(0);
         layout = readLayout(f);
     }
-    geometry = layout.geometry;
-    read(f, header1);
-    read(f, header2);
-    readAll(f, {&t1, &t2, &t3, &t4, &t5});
-    float fileMax[8] = {};
-    float fileMin[8] = {};
-    f.BRead(fileMax, sizeof fileMax);
-    f.BRead(fileMin, sizeof fileMin);
+    ParticleGroup header;
+    readAll(f, {&header.header1, &header.header2, &header.t1, &header.t2, &header.t3, &header.t4, &header.t5});
+    f.BRead(header.maxValues, sizeof header.maxValues);
+    f.BRead(header.minValues, sizeof header.minValues);
     long long const texts = skipTexts(f) + nTexts * 4;
     long long const rows = distanceOver(layout.particles, nParticleCols);
     long long const total = static_cast<long long>(particles) + (layout.particles < 0 ? 0 : layout.particles);
     f.SeekAbs(0);
     long long const missing = fixedPart + texts + rows - f.Remaining();
     if (total > INT_MAX || missing > static_cast<long long>(MaxParticleBatch) * rowBytes) return; // not to be believed
+    takeHeader(header);
+    geometry = layout.geometry;
     origParticles = static_cast<int>(total);
-    for (int column = 0; column < nParticleCols; ++column) {
-        if (fileMax[column] > maxValues[column]) maxValues[column] = fileMax[column];
-        if (fileMin[column] < minValues[column]) minValues[column] = fileMin[column];
-    }
     writeFixedPart(f, origParticles);
     f.SeekRel(texts + rows);
     writeFloats(f, Data(), Count());
+}
+
+/// The parameters of a file win; its extremes join ours.
+void ParticleGroup::takeHeader(ParticleGroup const &other)
+{
+    header1 = other.header1;
+    header2 = other.header2;
+    t1 = other.t1;
+    t2 = other.t2;
+    t3 = other.t3;
+    t4 = other.t4;
+    t5 = other.t5;
+    for (int column = 0; column < nParticleCols; ++column) {
+        if (other.maxValues[column] > maxValues[column]) maxValues[column] = other.maxValues[column];
+        if (other.minValues[column] < minValues[column]) minValues[column] = other.minValues[column];
+    }
 }
 
 /// Rewrites a file in place with the present header, up to one batch of particles, and no more than the file can

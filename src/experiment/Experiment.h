@@ -24,6 +24,7 @@ struct VODREL_API GroupCue {
     int Group = 0;
 };
 
+/// A copy shares the borrowed data objects of its source, so that only one of the two may release them or be destroyed.
 class VODREL_API Experiment {
 public:
     static int const CurDataVersion;

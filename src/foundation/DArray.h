@@ -114,6 +114,7 @@ private:
     bool limitRange(int &at, int &n) const;
     void insert(T const *source, int at, int n);
     void makeRoom(int n);
+    void openGap(int at, int n);
     void countIn(int at, int n);
     void moveBlock(int from, int to, int n);
     void construct(int from, int to);
@@ -213,18 +214,20 @@ void DArray<T, flag>::Insert(T const *source, int at, int n)
     insert(source, at, n);
 }
 
-/// From outside the own block. New elements are made behind the end and counted in only then, so that one that can't be
-/// made leaves the array as it was.
+/// From outside the own block. Elements with constructors are made behind the end and counted in only then, so that one
+/// that can't be made leaves the array as it was.
 template <typename T, int flag>
 void DArray<T, flag>::insert(T const *source, int at, int n)
 {
     makeRoom(n);
+    at = limit(at, 0, nUsed);
     if constexpr (flag == 1) {
         for (int i = 0; i < n; ++i) ::new (bytes(data + nUsed + i)) T(source[i]);
+        countIn(at, n);
     } else {
-        std::memcpy(bytes(data + nUsed), source, width(n));
+        openGap(at, n);
+        std::memcpy(bytes(data + at), source, width(n));
     }
-    countIn(at, n);
 }
 
 template <typename T, int flag>
@@ -233,15 +236,30 @@ void DArray<T, flag>::InsertBlank(int at, int n)
     n = wholeRuns(n);
     if (n < 1) return;
     makeRoom(n);
-    if (zeroFill) std::memset(bytes(data + nUsed), 0, width(n));
-    if constexpr (flag == 1) construct(nUsed, nUsed + n);
-    countIn(at, n);
+    at = limit(at, 0, nUsed);
+    if constexpr (flag == 1) {
+        if (zeroFill) std::memset(bytes(data + nUsed), 0, width(n));
+        construct(nUsed, nUsed + n);
+        countIn(at, n);
+    } else {
+        openGap(at, n);
+        if (zeroFill) std::memset(bytes(data + at), 0, width(n));
+    }
 }
 
 template <typename T, int flag>
 void DArray<T, flag>::makeRoom(int n)
 {
     realloc(atLeast0(static_cast<long long>(nUsed) + n));
+}
+
+/// Counts `n` elements in at `at`, which hold what the block held there.
+template <typename T, int flag>
+void DArray<T, flag>::openGap(int at, int n)
+{
+    std::memmove(bytes(data + at + n), bytes(data + at), width(nUsed - at));
+    nUsed += n;
+    cCount += n / rCount;
 }
 
 /// Counts `n` elements in that stand behind the end, and moves them to `at`.
@@ -251,7 +269,6 @@ void DArray<T, flag>::countIn(int at, int n)
     int const from = nUsed;
     nUsed += n;
     cCount += n / rCount;
-    at = limit(at, 0, from);
     if (at < from) moveBlock(from, at, n);
 }
 
