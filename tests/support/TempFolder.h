@@ -15,8 +15,7 @@
 #include <string>
 #include <system_error>
 
-class TempFolder
-{
+class TempFolder {
 public:
     TempFolder() : folder(makefresh()) {}
     TempFolder(TempFolder const &) = delete;
