@@ -55,9 +55,9 @@ public:
     /// Loads `n` samples; 0 the header alone, below 0 all that the header announces. False only if the file can't be
     /// opened: then there are no samples and the header is as before. A file that is too short isn't told: what it
     /// lacks stays as it was in the header and is 0 in the samples; but of more than a million samples of which the
-    /// file lacks more than half only those that it has are taken. Texts that the file has empty keep what they held,
-    /// and the unit name of an old file goes behind `units`, at each read. `lockState` becomes 1 for a locked file and
-    /// otherwise stays.
+    /// file lacks more than half only as many as it has are taken, a million at least. Texts that the file has empty
+    /// keep what they held, and the unit name of an old file goes behind `units`, at each read. `lockState` becomes 1
+    /// for a locked file and otherwise stays.
     bool Read(DString name, int n);
     void Read(DFile &f, int n);
 
@@ -99,8 +99,8 @@ public:
 
     // ---- Parameters: two letters of code in any case, and for some an argument, as in "tm" and "t%[50]". ----
 
-    // The first two characters are the code, and all from the fourth to the last but one is the argument, 0 if that is
-    // no number.
+    // The first two characters are the code, and all from the fourth to the last but one is the argument, 0 if that
+    // is no number.
 
     /// A number derived from the trace, with the extremes as they are stored; the codes are listed in
     /// docs/parameters.md. -DFMax for an unknown code, and for any code on a trace without samples.

@@ -36,16 +36,50 @@ float Waveform::ValAtTime(float t)
     return (1 - f) * sample(i) + f * sample(i + 1);
 }
 
+namespace {
+
+/// The first sample of a stretch that lies beyond `v`, its end if there is none. Written for speed: the walk is all
+/// that most parameters of a trace cost.
+template <typename Beyond>
+float const *findForward(float const *p, float const *end, Beyond beyond)
+{
+    for (; end - p >= 4; p += 4) {
+        if (beyond(p[0])) return p;
+        if (beyond(p[1])) return p + 1;
+        if (beyond(p[2])) return p + 2;
+        if (beyond(p[3])) return p + 3;
+    }
+    while (p < end && !beyond(*p)) ++p;
+    return p;
+}
+
+/// The same from `p` down to `end`, which isn't tested.
+template <typename Beyond>
+float const *findBackward(float const *p, float const *end, Beyond beyond)
+{
+    for (; p - end >= 4; p -= 4) {
+        if (beyond(p[0])) return p;
+        if (beyond(p[-1])) return p - 1;
+        if (beyond(p[-2])) return p - 2;
+        if (beyond(p[-3])) return p - 3;
+    }
+    while (p > end && !beyond(*p)) --p;
+    return p;
+}
+
+} // namespace
+
 Waveform::Crossing Waveform::crossForward(float v) const
 {
-    float const *const y = Data();
+    auto const above = [v](float y) { return y > v; };
+    auto const below = [v](float y) { return v > y; };
     int const last = npnts() - 1;
-    bool const rising = v > sample(0);
     int k = 1;
-    if (rising) {
-        while (k < last && !(y[k] > v)) ++k;
-    } else {
-        while (k < last && !(v > y[k])) ++k;
+    if (last > 1) {
+        float const *const y = Data();
+        bool const rising = v > y[0];
+        float const *const found = rising ? findForward(y + 1, y + last, above) : findForward(y + 1, y + last, below);
+        k = static_cast<int>(found - y);
     }
     float const before = sample(k - 1);
     return {k - 1, (v - before) / (sample(k) - before)};
@@ -54,13 +88,15 @@ Waveform::Crossing Waveform::crossForward(float v) const
 /// Tests samples down to `lowest`, where the search ends in any case.
 Waveform::Crossing Waveform::crossBackward(float v, int lowest) const
 {
-    float const *const y = Data();
-    bool const rising = v > sample(npnts() - 1);
+    auto const above = [v](float y) { return y > v; };
+    auto const below = [v](float y) { return v > y; };
     int k = npnts() - 2;
-    if (rising) {
-        while (k > lowest && !(y[k] > v)) --k;
-    } else {
-        while (k > lowest && !(v > y[k])) --k;
+    if (k > lowest) {
+        float const *const y = Data();
+        bool const rising = v > y[k + 1];
+        float const *const end = y + lowest;
+        float const *const found = rising ? findBackward(y + k, end, above) : findBackward(y + k, end, below);
+        k = static_cast<int>(found - y);
     }
     float const at = sample(k);
     return {k, (v - at) / (sample(k + 1) - at)};
