@@ -143,49 +143,53 @@ float weightedTimeBare(Waveform const &trace)
     return moment / sum;
 }
 
-// ---- Searches ----
+// ---- Searches. Each is a function of its own, so that all walk in the same way. ----
 
-int firstAbove(Waveform const &trace, float value)
+[[gnu::noinline]] int firstAbove(float const *y, int i, float value)
 {
-    float const *const y = trace.Data();
-    int i = 1;
     while (i < nSamples - 1 && !(y[i] > value)) ++i;
     return i;
 }
 
-int lastAbove(Waveform const &trace, float value)
+[[gnu::noinline]] int lastAbove(float const *y, int i, float value)
 {
-    float const *const y = trace.Data();
-    int i = nSamples - 2;
     while (i > 1 && !(y[i] > value)) --i;
+    return i;
+}
+
+[[gnu::noinline]] int firstBelow(float const *y, int i, float value)
+{
+    while (i < nSamples - 1 && !(value > y[i])) ++i;
+    return i;
+}
+
+[[gnu::noinline]] int lastBelow(float const *y, int i, float value)
+{
+    while (i > 1 && !(value > y[i])) --i;
     return i;
 }
 
 float forwardBare(Waveform const &trace)
 {
-    return static_cast<float>(firstAbove(trace, highest));
+    return static_cast<float>(firstAbove(trace.Data(), 1, highest));
 }
 
 float backwardBare(Waveform const &trace)
 {
-    return static_cast<float>(lastAbove(trace, highest));
+    return static_cast<float>(lastAbove(trace.Data(), nSamples - 2, highest));
 }
 
 float riseBare(Waveform const &trace)
 {
-    int const end = firstAbove(trace, 0.9f * highest);
-    return static_cast<float>(end - firstAbove(trace, 0.1f * highest));
+    int const end = firstAbove(trace.Data(), 1, 0.9f * highest);
+    return static_cast<float>(end - firstAbove(trace.Data(), 1, 0.1f * highest));
 }
 
 float widthBare(Waveform const &trace)
 {
-    float const *const y = trace.Data();
-    float const half = highest * 0.5f;
-    int left = nSamples / 2 + 1;
-    while (left >= 1 && !(half > y[left - 1])) --left;
-    int right = nSamples / 2 + 1;
-    while (right < nSamples && !(half > y[right])) ++right;
-    return static_cast<float>(right - left);
+    int const peak = nSamples / 2;
+    int const left = lastBelow(trace.Data(), peak, 0.5f * highest);
+    return static_cast<float>(firstBelow(trace.Data(), peak, 0.5f * highest) - left);
 }
 
 struct Parameter {

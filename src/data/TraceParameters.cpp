@@ -8,6 +8,8 @@
 
 #include <cmath>
 
+#include "data/SampleSearch.h"
+
 struct Waveform::TraceCode {
     char const *code;
     float (*value)(Waveform &w, float arg);
@@ -244,11 +246,12 @@ float Waveform::widthAtHalf() const
         double const position = static_cast<double>(static_cast<float>(i)) - 1.0;
         return static_cast<float>(static_cast<double>(fraction) + position);
     };
-    int q = peak;
-    while (q >= 1 && !(half > y[q - 1])) --q;
-    if (q >= 1) left = crossing(q);
-    int r = peak;
-    while (r < n && !(half > y[r])) ++r;
-    if (r < n) right = crossing(r);
+    auto const below = [half](float value) { return half > value; };
+    if (peak > 0) {
+        float const *const found = findBackward(y + peak - 1, y, below);
+        if (below(*found)) left = crossing(static_cast<int>(found - y) + 1);
+    }
+    float const *const found = findForward(y + peak, y + n, below);
+    if (found < y + n) right = crossing(static_cast<int>(found - y));
     return (right - left) * timeStep;
 }

@@ -7,6 +7,8 @@
 
 #include <cmath>
 
+#include "data/SampleSearch.h"
+
 /// The bracket of a crossing: samples `low` and `low + 1`, and the way from the first to the second.
 struct Waveform::Crossing {
     int low;
@@ -35,39 +37,6 @@ float Waveform::ValAtTime(float t)
     float const f = x - static_cast<float>(i);
     return (1 - f) * sample(i) + f * sample(i + 1);
 }
-
-namespace {
-
-/// The first sample of a stretch that lies beyond `v`, its end if there is none. Written for speed: the walk is all
-/// that most parameters of a trace cost.
-template <typename Beyond>
-float const *findForward(float const *p, float const *end, Beyond beyond)
-{
-    for (; end - p >= 4; p += 4) {
-        if (beyond(p[0])) return p;
-        if (beyond(p[1])) return p + 1;
-        if (beyond(p[2])) return p + 2;
-        if (beyond(p[3])) return p + 3;
-    }
-    while (p < end && !beyond(*p)) ++p;
-    return p;
-}
-
-/// The same from `p` down to `end`, which isn't tested.
-template <typename Beyond>
-float const *findBackward(float const *p, float const *end, Beyond beyond)
-{
-    for (; p - end >= 4; p -= 4) {
-        if (beyond(p[0])) return p;
-        if (beyond(p[-1])) return p - 1;
-        if (beyond(p[-2])) return p - 2;
-        if (beyond(p[-3])) return p - 3;
-    }
-    while (p > end && !beyond(*p)) --p;
-    return p;
-}
-
-} // namespace
 
 Waveform::Crossing Waveform::crossForward(float v) const
 {

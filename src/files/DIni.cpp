@@ -34,7 +34,7 @@ void writeLines(DFile &file, DStringArray const &lines, bool lastSection)
     if (last == 0 && !lines[0]) return;
     for (int i = 0; i <= last; ++i) {
         writeText(file, lines[i]);
-        if (i < last || !lastSection) writeText(file, LDelim);
+        if (i < last || !lastSection) file.BWrite(LDelim, LenLD);
     }
 }
 
