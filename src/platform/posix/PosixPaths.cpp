@@ -177,16 +177,15 @@ bool FindFolder(PathName const &name, std::size_t n, FoundFolder &folder)
     return findelement(parent, name.elements[n - 1], looked, folder) && S_ISDIR(folder.info.st_mode);
 }
 
-bool FindName(PathName const &name, FoundName &found)
+bool FindName(PathName const &name, FoundName &found, bool looked)
 {
     found.native = name.Native();
-    if (look(found)) return true;
+    if (!looked && look(found)) return true;
     if (name.elements.empty() || !notthere()) return false;
     std::size_t const last = name.elements.size() - 1;
     FoundFolder parent;
     if (!FindFolder(name, last, parent)) return false;
-    bool const looked = parent.native == name.Native(last);
-    findelement(parent, name.Last(), looked, found);
+    findelement(parent, name.Last(), parent.native == name.Native(last), found);
     return true;
 }
 

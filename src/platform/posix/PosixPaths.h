@@ -64,8 +64,9 @@ struct FoundName {
     struct stat info = {}; ///< of the name itself, links not followed, if it exists
 };
 
-/// Finds a name. False if it couldn't even be made, as there is no folder for it.
-bool FindName(PathName const &name, FoundName &found);
+/// Finds a name. False if it couldn't even be made, as there is no folder for it. `looked`: the caller has just looked
+/// for it as it is spelled, in vain, and errno says why.
+bool FindName(PathName const &name, FoundName &found, bool looked = false);
 
 /// Finds a file or folder that exists; `info` tells of what a link leads to.
 bool FindExisting(char const *path, FoundName &found);

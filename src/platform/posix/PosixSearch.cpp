@@ -79,7 +79,7 @@ static std::unique_ptr<Entry> findentry(PathName const &name)
     entry->name = name.Last();
     if (look(name.Native(), *entry)) return entry;
     FoundName found;
-    if (!FindName(name, found) || !found.exists || !look(found.native, *entry)) return nullptr;
+    if (!FindName(name, found, true) || !found.exists || !look(found.native, *entry)) return nullptr;
     entry->name = BareName(found.native);
     return entry;
 }
