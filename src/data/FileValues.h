@@ -37,6 +37,16 @@ void write(DFile &f, Value value)
     f.BWrite(&value, sizeof value);
 }
 
+/// Reads a skip length and moves forward by it.
+template <typename Length>
+Length readSkip(DFile &f)
+{
+    Length skip = 0;
+    read(f, skip);
+    if (skip != 0) f.SeekRel(skip);
+    return skip;
+}
+
 /// The fields of one type that follow each other in a file.
 template <typename Value>
 void readAll(DFile &f, std::initializer_list<Value *> fields)

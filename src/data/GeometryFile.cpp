@@ -65,11 +65,9 @@ bool Geometry::Read(DString name)
     DFile f;
     if (!f.Open(name + extension, binaryRead)) return false;
     std::int32_t version = 0;
-    std::int32_t skip = 0;
     std::int32_t count = 0;
     read(f, version); // there is nothing to tell apart yet
-    read(f, skip);
-    if (skip != 0) f.SeekRel(skip);
+    readSkip<std::int32_t>(f);
     read(f, count);
     Cleanup();
     Size(believed(f, count, leastObjectBytes, trustedObjects));

@@ -70,14 +70,19 @@ void Matrix::CopyHeader(Matrix const &other)
     minValue = other.minValue;
     scaleUnit = other.scaleUnit;
     for (int d = 0; d < nDims; ++d) dims[d] = other.dims[d];
+    copyparameters(other);
+    note = other.note;
+    stamp = other.stamp;
+    units = other.units;
+}
+
+void Matrix::copyparameters(Matrix const &other)
+{
     t1 = other.t1;
     t2 = other.t2;
     t3 = other.t3;
     t4 = other.t4;
     t5 = other.t5;
-    note = other.note;
-    stamp = other.stamp;
-    units = other.units;
 }
 
 Matrix &Matrix::InitFrom(Matrix const &other, bool copyParams)
@@ -87,11 +92,7 @@ Matrix &Matrix::InitFrom(Matrix const &other, bool copyParams)
     rank = other.rank;
     for (int d = 0; d < nDims; ++d) dims[d] = other.dims[d];
     if (copyParams) {
-        t1 = other.t1;
-        t2 = other.t2;
-        t3 = other.t3;
-        t4 = other.t4;
-        t5 = other.t5;
+        copyparameters(other);
         calibration = other.calibration;
     }
     return *this;

@@ -128,6 +128,7 @@ private:
     struct Parameter;
     static Parameter const parameters[];
 
+    void copyparameters(Matrix const &other);
     static bool isDimension(int d) { return d >= 1 && d <= nDims; }
     int usedDims() const { return rank < 0 ? 0 : rank > nDims ? nDims : rank; }
     long long product(MDim const *without = nullptr) const;

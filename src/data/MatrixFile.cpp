@@ -12,7 +12,6 @@
 
 #include "data/Matrix.h"
 
-#include <climits>
 #include <cstdint>
 
 #include "data/FileValues.h"
@@ -53,10 +52,8 @@ bool Matrix::Read(DString name, int count, int first)
 void Matrix::Read(DFile &f, int count, int first)
 {
     std::int32_t version = formatVersion;
-    std::int32_t skip = 0;
     read(f, version);
-    read(f, skip);
-    if (skip != 0) f.SeekRel(skip);
+    readSkip<std::int32_t>(f);
     read(f, rank);
     if (rank > nDims) return;
     for (int d = 0; d < usedDims(); ++d) readAxis(f, dims[d]);
@@ -116,8 +113,7 @@ void Matrix::readValues(DFile &f, MDim &last, int first)
         last.ReSize(slices < last.Count() ? static_cast<int>(slices) : 0);
     }
     bool const complete = f.Remaining() / floatWidth >= product();
-    if (complete) DArray<float, 0>::Size(static_cast<int>(product()));
-    else sizecleared(static_cast<int>(product()));
+    sizefor(static_cast<int>(product()), !complete);
     readFloats(f, Data(), Count());
 }
 

@@ -85,16 +85,21 @@ ParticleGroup &ParticleGroup::operator=(ParticleGroup const &other)
     return *this;
 }
 
-void ParticleGroup::CopyHeader(ParticleGroup const &other)
+void ParticleGroup::copyparameters(ParticleGroup const &other)
 {
     header1 = other.header1;
     header2 = other.header2;
-    geometry = other.geometry;
     t1 = other.t1;
     t2 = other.t2;
     t3 = other.t3;
     t4 = other.t4;
     t5 = other.t5;
+}
+
+void ParticleGroup::CopyHeader(ParticleGroup const &other)
+{
+    copyparameters(other);
+    geometry = other.geometry;
     note = other.note;
     units = other.units;
     stamp = other.stamp;

@@ -100,5 +100,6 @@ private:
     void readRows(DFile &f, int version, int columns);
     void writeFixedPart(DFile &f, int nRows);
     static void upgrade(DFile &f);
+    void copyparameters(ParticleGroup const &other);
     void takeHeader(ParticleGroup const &other);
 };

@@ -81,8 +81,7 @@ ParticleGroup::Layout ParticleGroup::readLayout(DFile &f)
 {
     Layout layout;
     read(f, layout.version);
-    read(f, layout.skip);
-    if (layout.skip != 0) f.SeekRel(layout.skip);
+    layout.skip = readSkip<std::int32_t>(f);
     read(f, layout.geometry);
     read(f, layout.particles);
     read(f, layout.columns);
@@ -133,8 +132,8 @@ void ParticleGroup::sizeFor(DFile &f, Layout const &layout, long long n)
     if (n > MaxParticleBatch && n / 2 > present) n = present;
     long long const most = largestCount / nParticleCols;
     particles = static_cast<int>(n < 0 ? 0 : n < most ? n : most);
-    if (isNew && present >= particles) DArray<float, 0>::Size(particles * nParticleCols);
-    else sizecleared(particles * nParticleCols);
+    bool const complete = isNew && present >= particles;
+    sizefor(particles * nParticleCols, !complete);
 }
 
 void ParticleGroup::readRows(DFile &f, int version, int columns)
@@ -226,13 +225,7 @@ void ParticleGroup::Append(DFile &f)
 /// The parameters of a file win; its extremes join ours.
 void ParticleGroup::takeHeader(ParticleGroup const &other)
 {
-    header1 = other.header1;
-    header2 = other.header2;
-    t1 = other.t1;
-    t2 = other.t2;
-    t3 = other.t3;
-    t4 = other.t4;
-    t5 = other.t5;
+    copyparameters(other);
     for (int column = 0; column < nParticleCols; ++column) {
         if (other.maxValues[column] > maxValues[column]) maxValues[column] = other.maxValues[column];
         if (other.minValues[column] < minValues[column]) minValues[column] = other.minValues[column];

@@ -31,11 +31,7 @@ void Waveform::CopyHeader(Waveform const &other)
     timeShift = other.timeShift;
     startTime = other.startTime;
     scaleUnit = other.scaleUnit;
-    t1 = other.t1;
-    t2 = other.t2;
-    t3 = other.t3;
-    t4 = other.t4;
-    t5 = other.t5;
+    copyparameters(other);
     scopeDelay = other.scopeDelay;
     scopeValue = other.scopeValue;
     scopeValue2 = other.scopeValue2;
@@ -54,6 +50,15 @@ void Waveform::CopyHeader(Waveform const &other)
     pointOfMin = other.pointOfMin;
 }
 
+void Waveform::copyparameters(Waveform const &other)
+{
+    t1 = other.t1;
+    t2 = other.t2;
+    t3 = other.t3;
+    t4 = other.t4;
+    t5 = other.t5;
+}
+
 Waveform &Waveform::InitFrom(Waveform const &other, bool withT, bool withCalAtt)
 {
     if (this == &other) return *this;
@@ -65,11 +70,7 @@ Waveform &Waveform::InitFrom(Waveform const &other, bool withT, bool withCalAtt)
     timeShift = other.timeShift;
     startTime = other.scopeDelay + other.startTime + other.scopeDelay2;
     if (withT) {
-        t1 = other.t1;
-        t2 = other.t2;
-        t3 = other.t3;
-        t4 = other.t4;
-        t5 = other.t5;
+        copyparameters(other);
     }
     if (withCalAtt) {
         calibration = other.calibration;

@@ -154,6 +154,7 @@ private:
     static TraceCode const traceCodes[];
     static XYTraceCode const xyTraceCodes[];
 
+    void copyparameters(Waveform const &other);
     float timeAtPart(double part);
     float xyTimeAtPart(double part, Waveform &x);
     float integral() const;

@@ -59,7 +59,6 @@ bool Waveform::Read(DString name, int n)
 void Waveform::Read(DFile &f, int n)
 {
     std::int16_t mark = formatVersion;
-    std::int16_t skip = 0;
     std::int16_t reserved = 0;
     float start = 0;
     DString oldUnit;
@@ -67,8 +66,7 @@ void Waveform::Read(DFile &f, int n)
     read(f, mark);
     if (mark < 0) lockState = lockedWhenRead;
     int const version = mark < 0 ? -mark : mark;
-    read(f, skip);
-    if (skip != 0) f.SeekRel(skip);
+    readSkip<std::int16_t>(f);
     read(f, fileCount);
     read(f, t4);
     read(f, timeStep);
@@ -109,8 +107,7 @@ void Waveform::Read(DFile &f, int n)
 void Waveform::loadSamples(DFile &f, int n)
 {
     bool const complete = n < 1 || f.Remaining() / floatWidth >= n;
-    if (complete) Size(n);
-    else sizecleared(n);
+    sizefor(n, !complete);
     readFloats(f, Data(), npnts());
 }
 

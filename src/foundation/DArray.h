@@ -98,8 +98,8 @@ protected:
     /// isn't told.
     void *rawplace();
     void countplace() { ++nUsed; }
-    /// `Size(n)` on a cleared block, whatever `zeroFill` says.
-    void sizecleared(int n);
+    /// `Size(n)`, on a cleared block if `cleared`, whatever `zeroFill` says.
+    void sizefor(int n, bool cleared);
 
 private:
     static int atLeast0(long long n);
@@ -165,11 +165,11 @@ void DArray<T, flag>::Size(int r, int c)
 }
 
 template <typename T, int flag>
-void DArray<T, flag>::sizecleared(int n)
+void DArray<T, flag>::sizefor(int n, bool cleared)
 {
     Clear();
     int const size = n < 0 ? 0 : n;
-    data = take(size, true);
+    data = take(size, cleared || zeroFill);
     if constexpr (flag == 1) construct(0, size);
     nUsed = cCount = size;
 }

@@ -30,7 +30,7 @@ struct Probe : DArray<T, flag> {
     using DArray<T, flag>::resize;
     using DArray<T, flag>::clear;
     using DArray<T, flag>::alloccopy;
-    using DArray<T, flag>::sizecleared;
+    using DArray<T, flag>::sizefor;
 };
 
 /// Elements of one character each, so that contents read as a text.
@@ -299,13 +299,13 @@ TEST(DArrayCapacity, AfterASizeThatCantBeHadTheArrayIsEmptyAndUsable)
 TEST(DArrayCapacity, SizeOnAClearedBlockDoesntAskForZeroFill)
 {
     Letters a = fullBlock();
-    a.sizecleared(300);
+    a.sizefor(300, true);
     EXPECT_EQ(shapeOf(a), "300 = 1 x 300 in 512");
     EXPECT_EQ(textOf(a), std::string(300, '\0'));
     EXPECT_FALSE(a.zeroFill);
-    a.sizecleared(-1);
+    a.sizefor(-1, true);
     EXPECT_EQ(shapeOf(a), "0 = 1 x 0 in 256");
-    EXPECT_THROW(a.sizecleared(farOff), std::bad_alloc);
+    EXPECT_THROW(a.sizefor(farOff, true), std::bad_alloc);
     EXPECT_EQ(shapeOf(a), "0 = 1 x 0 in 0");
 }
 
@@ -1015,7 +1015,7 @@ TEST(DArrayLife, SizeAndTheDestructorMakeAndEndEach)
     EXPECT_EQ(lifeIn([] { CountedArray const a(3, 2); }), "+6 -6");
     CountedArray a(5);
     EXPECT_EQ(lifeIn([&] { a.Size(3); }), "+3 -5");
-    EXPECT_EQ(lifeIn([&] { a.sizecleared(2); }), "+2 -3");
+    EXPECT_EQ(lifeIn([&] { a.sizefor(2, true); }), "+2 -3");
     EXPECT_EQ(lifeIn([&] { a.Clear(); }), "+0 -2");
     EXPECT_EQ(lifeIn([&] { a.Clear(); }), "+0 -0");
 }
