@@ -169,6 +169,23 @@ void Beside::MakeFolder(std::string const &name)
     if (mkdir(Native(name).c_str(), 0777) != 0) fail("can't make " + name);
 }
 
+void Beside::WriteBare(char const *name, char const *mode, void const *bytes, std::size_t size)
+{
+    std::FILE *const file = std::fopen(Native(name).c_str(), mode);
+    Require(std::fwrite(bytes, 1, size, file) == size);
+    std::fclose(file);
+}
+
+void Beside::ReadBare(char const *name, std::size_t size)
+{
+    std::FILE *const file = std::fopen(Native(name).c_str(), "rb");
+    void *const block = std::malloc(size);
+    Require(std::fread(block, 1, size, file) == size);
+    benchmark::DoNotOptimize(block);
+    std::free(block);
+    std::fclose(file);
+}
+
 // ---- Pairs ----
 
 void Beside::Measure(std::string const &what, std::string const &unit, double atMost, Work const &ours,

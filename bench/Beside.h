@@ -36,6 +36,10 @@ inline void Require(bool done)
     std::abort();
 }
 
+/// Bytes through plain `fopen`, `fwrite` or `fread` and `fclose`; read into fresh memory.
+void WriteBare(char const *name, char const *mode, void const *bytes, std::size_t size);
+void ReadBare(char const *name, std::size_t size);
+
 // ---- What is compared ----
 
 /// One side of a pair: what is done in a turn. A turn may do something many times over; all figures are per unit.

@@ -63,9 +63,7 @@ void writeOurs()
 
 void writeBare()
 {
-    std::FILE *const file = std::fopen(Beside::Native("Written.bare").c_str(), "wb");
-    Beside::Require(std::fwrite(stored.Data(), 1, nBytes, file) == nBytes);
-    std::fclose(file);
+    Beside::WriteBare("Written.bare", "wb", stored.Data(), nBytes);
 }
 
 void readOurs()
@@ -77,12 +75,7 @@ void readOurs()
 
 void readBare()
 {
-    std::FILE *const file = std::fopen(Beside::Native("Stored.dpt").c_str(), "rb");
-    void *const block = std::malloc(nBytes);
-    Beside::Require(std::fread(block, 1, nBytes, file) == nBytes);
-    benchmark::DoNotOptimize(block);
-    std::free(block);
-    std::fclose(file);
+    Beside::ReadBare("Stored.dpt", nBytes);
 }
 
 // ---- Rows behind others ----
@@ -94,9 +87,7 @@ void appendOurs()
 
 void appendBare()
 {
-    std::FILE *const file = std::fopen(Beside::Native("Base.bare").c_str(), "ab");
-    Beside::Require(std::fwrite(appended.Data(), 1, appendedBytes, file) == appendedBytes);
-    std::fclose(file);
+    Beside::WriteBare("Base.bare", "ab", appended.Data(), appendedBytes);
 }
 
 Beside::Work appendingTo(std::string const &name, int n)

@@ -33,9 +33,7 @@ void writeOurs()
 
 void writeBare()
 {
-    std::FILE *const file = std::fopen(Beside::Native("Written.bare").c_str(), "wb");
-    Beside::Require(std::fwrite(stored.Data(), 1, nBytes, file) == nBytes);
-    std::fclose(file);
+    Beside::WriteBare("Written.bare", "wb", stored.Data(), nBytes);
 }
 
 void readOurs()
@@ -47,12 +45,7 @@ void readOurs()
 
 void readBare()
 {
-    std::FILE *const file = std::fopen(Beside::Native("Stored.wvf").c_str(), "rb");
-    void *const block = std::malloc(nBytes);
-    Beside::Require(std::fread(block, 1, nBytes, file) == nBytes);
-    benchmark::DoNotOptimize(block);
-    std::free(block);
-    std::fclose(file);
+    Beside::ReadBare("Stored.wvf", nBytes);
 }
 
 // ---- The header ----
