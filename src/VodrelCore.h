@@ -2,6 +2,8 @@
 #pragma once
 
 #include "core/Log.h"
+#include "core/Modules.h"
+#include "core/Nodes.h"
 #include "core/StartUp.h"
 #include "data/DataPtr.h"
 #include "data/Geometry.h"

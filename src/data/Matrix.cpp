@@ -178,3 +178,11 @@ long long Matrix::product(MDim const *without) const
     }
     return empty ? 0 : total;
 }
+
+float *Matrix::Slot(int i)
+{
+    static float Matrix::*const slots[] = {&Matrix::scaleUnit, &Matrix::t1, &Matrix::t2,
+                                           &Matrix::t3,        &Matrix::t4, &Matrix::t5};
+    int const nSlots = sizeof slots / sizeof *slots;
+    return i >= 0 && i < nSlots ? &(this->*slots[i]) : nullptr;
+}

@@ -100,6 +100,9 @@ public:
     /// "rc" is the size in memory, "cc" and "lc" are the sizes that the file announced.
     float GetMatrixParam(DString const &code) const;
 
+    /// The free parameters by number: 0 `scaleUnit`, 1 to 5 `t1` to `t5`. Null for any other number.
+    float *Slot(int i);
+
     float scaleUnit = 1.0f; ///< tick size of the value axis
     float t1 = 0;           ///< free parameters
     float t2 = 0;

@@ -12,6 +12,13 @@
 #include "foundation/DArray.h"
 #include "foundation/DStringArray.h"
 
+/// The constants of formulas: what an exponent stands behind, and what is no code of a parameter.
+extern DString const NumberChars;
+extern DString const OperatorChars;
+
+/// A host's own values for formulas: stores the value of a name that it knows and answers true; false is no opinion.
+using ScalarLookup = bool (*)(DString const &name, float &value);
+
 /// A line of section "Groups": a path whose last element may hold wildcards, and a name.
 struct VODREL_API GroupName {
     DString Path;
@@ -127,11 +134,76 @@ public:
     /// Tests a name against the characters !"#$&*,/:;<>?{|}~ (`set` true) or !"#$*:;=?@\{}~ (false).
     bool IsValidName(DString const &name, bool set) const;
 
+    // ---- Lists and sets of shots: names, group numbers, and with `dates` not null a date for each, in seconds since
+    // 1970 UTC. Only shots that are on the disk are given, names in the spelling of the selection. ----
+
+    /// The shots of a list or of a range. A `spec` without ":" names a file in "ShotLists", with or without ".txt",
+    /// of lines "name;shot path" or "name", which means group 0; lines may be wrapped in double quotes, and `gnum`
+    /// isn't used. "A001:A020" and "A001:20" are the range of the numbers at the ends of the two sides, in the width
+    /// and with the prefix of the left one. It is looked for in group `gnum` (below 0: where its first shot is), and a
+    /// shot that isn't there in the others; the group where it is found is then tried first for all shots before it.
+    ///
+    /// An empty `spec`, and a range without two numbers, empty `names` and leave the other arrays as they were. The
+    /// dates are those of the folders.
+    void GetShotList(DString const &spec, int gnum, DStringArray &names, DArray<int, 0> &gnums,
+                     DArray<long long, 0> *dates);
+    /// The shots of a shot path that match the wildcard `shots`, in the order of the platform, with the dates of their
+    /// "Scalars.ini"; or of a range in that path; or, with the group "(Shot list)", of a list or range. Of these the
+    /// ones that hold a data file `file` (".wvf" without an extension, may hold wildcards; all for "" and "*").
+    void GetShotSet(DString const &group, DString const &shots, DString file, DStringArray &names,
+                    DArray<int, 0> &gnums, DArray<long long, 0> *dates);
+    /// Writes a list to "ShotLists", under `name` exactly as given: only with ".txt" can it be read again. The folder
+    /// must be there. A shot in a group that there isn't gets an empty path.
+    void SaveShotList(DString const &name, DStringArray &names, DArray<int, 0> &gnums);
+    /// Saves the shots of the list in `file`, a path with or without ".txt", followed by those of `names` that it
+    /// lacks. A shot that it has is marked in `gnums` of the caller by -1. Shots of `file` that aren't on the disk
+    /// stay, and lines of unknown groups too, without their path.
+    void MergeShotList(DString file, DString const &name, DStringArray &names, DArray<int, 0> &gnums);
+
+    // ---- Scalars: numbers of the current shot, and formulas over them (docs/language.md) ----
+
+    /// The value of a formula, -DFMax if it has none. `lookup`, which may be null, is asked before the shot for each
+    /// name; if it gives an invalid value the name has none. References "![key]" are replaced first.
+    ///
+    /// A formula is text that is rewritten until it is a number. Brackets and parentheses are replaced by their value
+    /// with eight significant digits: "(1/3)" goes on as "0.33333334", "3(2)" is 32. Blanks aren't skipped: "2 * 3" has
+    /// no value. A name in memory, "@W", is gone after a formula has asked for a parameter of it. All arithmetic is in
+    /// single precision from left to right, functions and powers are rounded to it.
+    float GetScalarData(DString expr, ScalarLookup lookup);
+    /// Stores a number as a value of the shot, or, by a name like "W\T2", as free parameter 2 of a waveform or matrix
+    /// of the current shot: the digit is 0 to 9 as in `Waveform::Slot`, 0 to 5 as in `Matrix::Slot`. Any other name
+    /// with a backslash does nothing.
+    void SetScalarData(DString const &name, float value);
+
     // ---- Text ----
 
     /// Replaces references "![key]", and with `marked` false also "[key]", by values of the current shot. A key
     /// without a value empties the whole text.
     DString GetExpandedString(DString const &text, bool marked);
+    /// Replaces references "![key]", "![formula]" and "![formula%.2f]", whose end is a print format for a number, by
+    /// values of the current shot; "(undefined)" where there is none. A text value and the shot's name drop the format.
+    /// With unbalanced brackets the whole label stays as it is.
+    ///
+    /// The number is added by `DString::AddFormatted`: a format that doesn't take a number, or needs more than 19
+    /// characters, takes the last character of the text before it along, or gives the usual form if there is none.
+    DString GetExpandedLabel(DString const &text);
+
+    // ---- Backups ----
+
+    /// Where backups go: "Path" in section "Backup" of the experiment's ini, else "Backup" beside the experiment. The
+    /// folder is made. A "BackupLocation.ini" in it may lead elsewhere, to a path that is taken as it stands.
+    DString GetBackupPath();
+    /// Stores that folder. A path that ends in an element with the experiment's name means the folder above it.
+    void SetBackupPath(DString path);
+    /// A free name for the backup of a shot's folder, of the current one if `folder` is empty: the same place below
+    /// the backup path as it has below `GetExperimentPath()`, with "_1", "_2" ... behind it if it is taken. A folder
+    /// that lies elsewhere goes to "Backup" beside the experiment whatever the backup path, as a backup of the current
+    /// shot.
+    DString GetBackupShotFolder(DString folder);
+    /// Copies the current shot to a folder of its own; nothing is told.
+    void BackupShot();
+    /// Writes section "LastRun" anew, with shot, shot path and time.
+    void StampConfigFile(DIni &ini);
 
     // ---- Borrowed data objects. They belong to the cache: a caller gives them
     // back and never deletes them. ----
@@ -160,6 +232,21 @@ private:
     bool holdsDataFile(int gnum, DString const &shot, DString const &file) const;
     int groupForNewShot(DString const &shot) const;
     DString cacheSection() const;
+
+    // The levels of the language of formulas, the lowest first.
+    float ParseInput(DString text, ScalarLookup lookup);
+    float ParseAddend(DString text, ScalarLookup lookup);
+    float ParseFactor(DString text, ScalarLookup lookup);
+    float ParsePower(DString text, ScalarLookup lookup);
+    float ParseSingle(DString text, ScalarLookup lookup);
+    bool replacebrackets(DString &text, ScalarLookup lookup, float &result);
+    bool replaceparentheses(DString &text, ScalarLookup lookup, float &result);
+    float parsealternative(DString const &text, ScalarLookup lookup);
+    float parsefallback(DString const &text, ScalarLookup lookup);
+    float parameterOf(DString const &dataName, DString const &parameter);
+    bool istrue(DString const &key) { return GetShotData(key) %= "True"; }
+    DString backupSetting() const;
+    void appendreference(DString &label, DString const &reference);
 
     DArray<GroupName, 1> GroupNames;
     DArray<GroupCue, 1> GroupCues;

@@ -1,13 +1,17 @@
 #include "interfaces/VodrelC.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstring>
 
 #include "core/Log.h"
+#include "core/Nodes.h"
 #include "core/StartUp.h"
-#include "data/Waveform.h"
+#include "data/Matrix.h"
+#include "data/ParticleGroup.h"
 #include "experiment/Experiment.h"
 #include "files/PathUtils.h"
-#include "platform/Platform.h"
+#include "interfaces/HostData.h"
 
 namespace {
 
@@ -21,11 +25,6 @@ void deliver(DString text, int *len, char *buf)
     if (text.Len() > *len) text.Truncate(*len);
     *len = text.Len();
     if (buf && text.Len() > 0) std::memcpy(buf, text.c_str(), static_cast<std::size_t>(text.Len()));
-}
-
-DString fromHost(char const *hostName)
-{
-    return DString(Platform::SystemPath(hostName).c_str());
 }
 
 struct CodeText {
@@ -68,19 +67,79 @@ void tellHost(DString const &shot)
     if (!ExternalInit && QNot) QNot->ShotChanged(shot, -1, 0, false);
 }
 
-/// Writes a scaled waveform. A name that leads nowhere is dropped, as a failed write is.
-void store(Waveform &wave, char const *name)
+int const anyRoom = 60;              ///< for an answer, from which on a text is more than a formula
+int const rectangularFromZero = -77; ///< a start of GetPGroupC
+
+/// What stands between braces is a formula. Behind the first, the next begins at a closing brace, not at an opening
+/// one: callers have come to rely on what that makes of their texts.
+DString withValues(DString const &text)
 {
-    wave.Scale();
-    DString const file = Expt.GetDataFileName(name);
-    if (~file) wave.Write(file);
+    DString out;
+    int from = 0;
+    for (unsigned int open = text.Find('{'); open != npos; open = text.Find('}', from)) {
+        int const at = static_cast<int>(open);
+        unsigned int const found = text.Find('}', at + 1);
+        int const close = found == npos ? text.Len() : static_cast<int>(found);
+        DString const formula(text, at + 1, close - at - 1);
+        float const value = Expt.GetScalarData(formula, nullptr);
+        if (!IsVF(value)) return "Error evaluating scalar expression " + formula;
+        out << DString(text, from, at - from) << value;
+        from = close + 1;
+    }
+    return out << DString(text, from, npos);
 }
 
-/// Reads `n` samples; the object stays empty if there is no such file.
-void load(Waveform &wave, char const *name, int n)
+struct Axis {
+    int n;
+    float start;
+    float step;
+};
+
+/// A matrix of the host's values; 0 where he gives none.
+Matrix matrixOf(Axis const (&axes)[3], float const *data)
 {
-    DString const file = Expt.GetDataFileName(name);
-    if (~file) wave.Read(file, n);
+    Matrix matrix(1, 1, 1);
+    matrix.Size(axes[0].n, axes[1].n, axes[2].n);
+    bool isGiven = data != nullptr;
+    for (int d = 1; d <= 3; ++d) {
+        Axis const &axis = axes[d - 1];
+        matrix.SetStep(d, axis.step, axis.start);
+        isGiven = isGiven && matrix.GetSize(d) == axis.n;
+    }
+    if (isGiven) std::copy_n(data, matrix.Count(), matrix.Data());
+    else matrix.Zero();
+    return matrix;
+}
+
+/// Whether an array can hold so many values.
+bool fitsArray(Axis const (&axes)[3])
+{
+    long long product = 1;
+    for (Axis const &axis : axes) {
+        product *= axis.n > 1 ? axis.n : 1;
+        if (product > INT_MAX) return false;
+    }
+    return true;
+}
+
+/// The host's particles, none for a count that no array holds.
+ParticleGroup particlesOf(int count, int geometry, float header2, float header1, float const *data)
+{
+    ParticleGroup particles(0);
+    particles.SetGeometry(geometry); // while there are none: the rows are in this geometry already
+    particles.header2 = header2;
+    particles.header1 = header1;
+    if (count <= 0 || count > INT_MAX / ParticleGroup::nParticleCols) return particles;
+    particles.Size(count);
+    if (data) std::copy_n(data, particles.Count(), particles.Data());
+    else std::fill_n(particles.Data(), particles.Count(), 0.0f);
+    return particles;
+}
+
+template <typename Value>
+void tell(Value *target, Value value)
+{
+    if (target) *target = value;
 }
 
 } // namespace
@@ -167,26 +226,21 @@ VODREL_API void GetWaveformC(char const *name, int n, float start, float step, f
     Waveform wave;
     load(wave, name, -1);
     wave.Align(n, start, step);
-    if (!out) return;
-    for (int i = 0; i < n; ++i) out[i] = i < wave.npnts() ? wave[i] : 0.0f;
+    copySamples(wave, n, out);
 }
 
 VODREL_API void GetWaveformInfoC(char const *name, int *n, float *start, float *step)
 {
     Waveform wave;
     load(wave, name, 0);
-    if (start) *start = wave.Start();
-    if (step) *step = wave.timeStep;
-    if (n) *n = wave.fileCount;
+    tell(start, wave.Start());
+    tell(step, wave.timeStep);
+    tell(n, wave.fileCount);
 }
 
 VODREL_API void SetWaveformC(char const *name, int n, float start, float step, float const *data)
 {
-    Waveform wave(n);
-    wave.timeStep = step;
-    wave.startTime = start;
-    if (data) std::memcpy(wave.Data(), data, sizeof(float) * static_cast<std::size_t>(wave.npnts()));
-    else wave.Zero();
+    Waveform wave = waveformOf(n, start, step, data);
     store(wave, name);
 }
 
@@ -199,4 +253,101 @@ VODREL_API void SetWaveformXYC(char const *name, int n, float const *xy)
     wave.timeStep = (xy[2 * last] - xy[0]) / static_cast<float>(n - 1);
     for (std::size_t i = 0; i <= last; ++i) wave[static_cast<int>(i)] = xy[2 * i + 1];
     store(wave, name);
+}
+
+VODREL_API void GetMatrixC(char const *name, int n1, float, float, int n2, float, float, int n3, float, float,
+                           float *out)
+{
+    Matrix matrix(1, 1, 1);
+    load(matrix, name, -1, 0);
+    bool const fits = n1 == matrix.GetSize(1) && n2 == matrix.GetSize(2) && n3 == matrix.GetSize(3);
+    if (fits && out) std::copy_n(matrix.Data(), matrix.Count(), out);
+}
+
+VODREL_API void GetMatrixInfoC(char const *name, int *n1, float *start1, float *step1, int *n2, float *start2,
+                               float *step2, int *n3, float *start3, float *step3)
+{
+    Matrix matrix(1, 1, 1);
+    load(matrix, name, 0, 0);
+    struct {
+        int *n;
+        float *start;
+        float *step;
+    } const axes[] = {{n1, start1, step1}, {n2, start2, step2}, {n3, start3, step3}};
+    for (int d = 1; d <= 3; ++d) {
+        tell(axes[d - 1].n, matrix.GetOrigSize(d));
+        tell(axes[d - 1].start, matrix.GetCoord(d, 0));
+        tell(axes[d - 1].step, matrix.GetStep(d));
+    }
+}
+
+VODREL_API void SetMatrixC(char const *name, int n1, float start1, float step1, int n2, float start2, float step2,
+                           int n3, float start3, float step3, float const *data)
+{
+    Axis const axes[] = {{n1, start1, step1}, {n2, start2, step2}, {n3, start3, step3}};
+    if (!fitsArray(axes)) return;
+    Matrix matrix = matrixOf(axes, data);
+    store(matrix, name);
+}
+
+VODREL_API void GetPGroupC(char const *name, int *count, int first, float *out)
+{
+    if (!count) return;
+    int const room = *count;
+    bool const fromZero = first == rectangularFromZero;
+    ParticleGroup particles(0);
+    load(particles, name, room, fromZero ? 0 : first);
+    if (fromZero) particles.SetGeometry(0);
+    int n = particles.nParticles();
+    if (room >= 0 && n > room) n = room; // a selection in the name may ask for more
+    if (out) std::copy_n(particles.PData(), n, reinterpret_cast<PGParticle *>(out));
+    *count = n;
+}
+
+VODREL_API void GetPGroupInfoC(char const *name, int *nOrig, int *geometry, float *header2, float *header1)
+{
+    ParticleGroup particles(0);
+    load(particles, name, 0, 0);
+    tell(nOrig, particles.nOrigParticles());
+    tell(geometry, particles.Geometry());
+    tell(header2, particles.header2);
+    tell(header1, particles.header1);
+}
+
+VODREL_API void SetPGroupC(char const *name, int count, int geometry, float header2, float header1, float const *data)
+{
+    ParticleGroup particles = particlesOf(count, geometry, header2, header1, data);
+    store(particles, name);
+}
+
+VODREL_API void AppendPGroupC(char const *name, int count, int geometry, float header2, float header1,
+                              float const *data)
+{
+    ParticleGroup particles = particlesOf(count, geometry, header2, header1, data);
+    particles.Scale();
+    DString const file = Expt.GetDataFileName(name);
+    if (~file) particles.Append(file);
+}
+
+VODREL_API float GetScalarDataC(char const *name)
+{
+    return Expt.GetScalarData(name, nullptr);
+}
+
+VODREL_API void GetScalarDataSafeC(char const *expr, int *len, char *buf)
+{
+    if (!len) return;
+    deliver(*len < anyRoom ? DString(Expt.GetScalarData(expr, nullptr)) : withValues(expr), len, buf);
+}
+
+VODREL_API void SetScalarDataC(char const *name, float value)
+{
+    Expt.SetScalarData(name, value);
+}
+
+VODREL_API int GetNodesC(int n)
+{
+    DStringArray nodes;
+    GetNodes(nodes, n);
+    return n;
 }

@@ -5,8 +5,9 @@
  * reported to that host. There is no closing call: what was written is on disk.
  *
  * Texts in are NUL-terminated; null counts as empty. Texts out take `*len` as the room of the buffer and return the
- * number of characters there; no NUL is written behind them. A negative count counts as 0. The caller owns all
- * arrays, and they hold as many elements as he says. All calls come from one thread at a time. */
+ * number of characters there; no NUL is written behind them. A negative count counts as 0, if nothing else is said. The
+ * caller owns all arrays, and they hold as many elements as he says; a null array is neither read nor written. All
+ * calls come from one thread at a time. docs/c-interface.md tells of each function what it does when it fails. */
 #ifndef VODREL_C_H
 #define VODREL_C_H
 
@@ -65,6 +66,58 @@ void SetWaveformC(char const *name, int n, float start, float step, float const 
 /* Stores n pairs (time, value) as an equally spaced waveform from the first to the last time; the times between
  * aren't looked at. Nothing is stored for fewer than two pairs. */
 void SetWaveformXYC(char const *name, int n, float const *xy);
+
+/* Matrices by name, as waveforms. The first dimension runs fastest: value (i, j, k) is element i + n1 * (j + n2 * k);
+ * a matrix of two dimensions has n3 = 1. Coordinate i of a dimension is start + i * step.
+ *
+ * GetMatrixC copies all values if the three sizes are those of the matrix, otherwise nothing; starts and steps aren't
+ * looked at. Without a file the matrix is one value, 0. */
+void GetMatrixC(char const *name, int n1, float start1, float step1, int n2, float start2, float step2, int n3,
+                float start3, float step3, float *out);
+
+/* Size, first coordinate and step of each dimension, from the file's header; the step is 0 for coordinates that aren't
+ * equally spaced. Without a file sizes of 1. */
+void GetMatrixInfoC(char const *name, int *n1, float *start1, float *step1, int *n2, float *start2, float *step2,
+                    int *n3, float *start3, float *step3);
+
+/* Stores n1 * n2 * n3 values. A step of 0 or less leaves the coordinates 0. A size below 1 stores a size of 1, and
+ * values that are not given are 0. A matrix of more than 2^31 - 1 values isn't stored. */
+void SetMatrixC(char const *name, int n1, float start1, float step1, int n2, float start2, float step2, int n3,
+                float start3, float step3, float const *data);
+
+/* Particle groups by name, as waveforms. A particle is a row of 8 values, the position in columns 0 and 1, a vector in
+ * columns 3 and 4; with geometry 0 rectangular, otherwise polar.
+ *
+ * GetPGroupC copies at most *count particles from number `first` on, all of them (10,000,000 at most) for a negative
+ * *count, as they are in the file; a `first` of -77 means from 0 on and in rectangular coordinates. *count becomes the
+ * number copied; without a file 0. */
+void GetPGroupC(char const *name, int *count, int first, float *out);
+
+/* Number of particles in the file, geometry, and two values of the header that programs use as they like. Without a
+ * file all are 0. */
+void GetPGroupInfoC(char const *name, int *nOrig, int *geometry, float *header2, float *header1);
+
+/* Stores `count` particles, or adds them to a file, which is made if it isn't there. A file that grows keeps its own
+ * geometry and header values. Counts below 0, and of 2^28 and more, store none. */
+void SetPGroupC(char const *name, int count, int geometry, float header2, float header1, float const *data);
+void AppendPGroupC(char const *name, int count, int geometry, float header2, float header1, float const *data);
+
+/* The value of a formula over the current shot (docs/language.md): "2*ChargeVoltage", "U\mx". -3.3e38 if it has none.
+ */
+float GetScalarDataC(char const *name);
+
+/* The same as text, if *len is below 60 on entry: the value with eight digits. With more room `expr` is a text in which
+ * {formula} is replaced by its value; if it has none the answer is "Error evaluating scalar expression" and the
+ * formula. Only the first formula of a text works so: behind it, what stands after each further "}" is taken as a
+ * formula. */
+void GetScalarDataSafeC(char const *expr, int *len, char *buf);
+
+/* Stores a number as a value of the current shot, or as a free parameter of a data file, "U\T2". */
+void SetScalarDataC(char const *name, float value);
+
+/* Writes the host list "MPIHosts.txt" (GetStringC, code 5) with at least n of the nodes in the user's settings, each of
+ * them once for n below 1; answers n. */
+int GetNodesC(int n);
 
 #ifdef __cplusplus
 }

@@ -162,6 +162,7 @@ int ScanValue(std::FILE *file, char const *format, void *target);
 
 // ---- Modules --------------------------------------------------------------------------------------
 
+char const *ModuleExtension(); ///< with its dot
 void *LoadModule(char const *path);
 void *ModuleSymbol(void *module, char const *name);
 void FreeModule(void *module);

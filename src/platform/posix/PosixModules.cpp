@@ -6,6 +6,11 @@
 
 namespace Platform {
 
+char const *ModuleExtension()
+{
+    return ".so";
+}
+
 void *LoadModule(char const *path)
 {
     Posix::PathName name;
