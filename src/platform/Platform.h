@@ -153,6 +153,9 @@ struct Clock {
 };
 void SetClock(Clock const *clock);
 
+/// A folder in place of the user's own, for tests. The pointer is kept, null ends it.
+void SetUserDataFolder(char const *folder);
+
 // ---- Numbers of the C locale ----------------------------------------------------------------------
 
 /// `snprintf`, `strtod` and `fscanf` of one value, as in the C locale. The formats are checked by the caller.

@@ -1,11 +1,11 @@
-#include "platform/posix/Wildcards.h"
+#include "platform/Wildcards.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-using Platform::Posix::Pattern;
+using Platform::Pattern;
 
 namespace {
 
@@ -95,16 +95,16 @@ TEST(Wildcards, ManyStarsOnALongNameAreQuick)
 TEST(Wildcards, NamesSortApartFromCaseThenBytewise)
 {
     std::vector<std::string> names = {"b", "a_", "AB", "\xE9", "ab", "A", "Aa", "a", "B", "1"};
-    std::sort(names.begin(), names.end(), Platform::Posix::SortsBefore);
+    std::sort(names.begin(), names.end(), Platform::SortsBefore);
     std::vector<std::string> const sorted = {"1", "A", "a", "Aa", "AB", "ab", "a_", "B", "b", "\xE9"};
     EXPECT_EQ(sorted, names);
 }
 
 TEST(Wildcards, OnlyLettersOfAsciiHaveCase)
 {
-    EXPECT_TRUE(Platform::Posix::SameFolded("azAZ", "AZaz"));
-    EXPECT_FALSE(Platform::Posix::SameFolded("[", "{"));
-    EXPECT_FALSE(Platform::Posix::SameFolded("@", "`"));
-    EXPECT_FALSE(Platform::Posix::SameFolded("\xC9", "\xE9"));
-    EXPECT_FALSE(Platform::Posix::SameFolded("a", "ab"));
+    EXPECT_TRUE(Platform::SameFolded("azAZ", "AZaz"));
+    EXPECT_FALSE(Platform::SameFolded("[", "{"));
+    EXPECT_FALSE(Platform::SameFolded("@", "`"));
+    EXPECT_FALSE(Platform::SameFolded("\xC9", "\xE9"));
+    EXPECT_FALSE(Platform::SameFolded("a", "ab"));
 }

@@ -20,7 +20,7 @@
 #include <sys/vfs.h>
 
 #include "platform/posix/Descriptor.h"
-#include "platform/posix/Wildcards.h"
+#include "platform/Wildcards.h"
 
 namespace Platform::Posix {
 

@@ -17,7 +17,7 @@
 
 #include "platform/Platform.h"
 #include "platform/posix/Descriptor.h"
-#include "platform/posix/Faults.h"
+#include "platform/Replacements.h"
 #include "platform/posix/PosixPaths.h"
 
 namespace Platform {

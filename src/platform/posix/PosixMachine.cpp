@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/Platform.h"
+#include "platform/Replacements.h"
 
 namespace Platform {
 
@@ -42,7 +43,7 @@ static std::string homefolder()
     return found && isabsolute(found->pw_dir) ? found->pw_dir : std::string();
 }
 
-std::string UserDataFolder()
+std::string Host::UserDataFolder()
 {
     char const *const folder = std::getenv("XDG_DATA_HOME");
     if (isabsolute(folder)) return SystemPath(folder);
@@ -68,39 +69,22 @@ std::string ComputerName()
 
 // ---- Clock --------------------------------------------------------------------------------------------------------
 
-static Clock const *clockInPlace = nullptr;
-
-void SetClock(Clock const *clock)
-{
-    clockInPlace = clock;
-}
-
-long long UnixTime()
-{
-    if (clockInPlace && clockInPlace->unixTime) return clockInPlace->unixTime();
-    return std::time(nullptr);
-}
-
 static long long const nanoseconds = 1000000000;
 
-long long Counter()
+long long Host::Counter()
 {
-    if (clockInPlace && clockInPlace->counter) return clockInPlace->counter();
     timespec now = {};
     clock_gettime(CLOCK_MONOTONIC, &now);
     return static_cast<long long>(now.tv_sec) * nanoseconds + now.tv_nsec;
 }
 
-long long CounterFrequency()
+long long Host::CounterFrequency()
 {
-    if (clockInPlace && clockInPlace->counterFrequency) return clockInPlace->counterFrequency();
     return nanoseconds;
 }
 
-void SleepFor(int milliseconds)
+void Host::SleepFor(int milliseconds)
 {
-    if (clockInPlace && clockInPlace->sleepFor) return clockInPlace->sleepFor(milliseconds);
-    if (milliseconds <= 0) return;
     timespec left = {milliseconds / 1000, milliseconds % 1000 * 1000000L};
     while (clock_nanosleep(CLOCK_MONOTONIC, 0, &left, &left) == EINTR) {
     }

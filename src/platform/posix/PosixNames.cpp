@@ -9,9 +9,9 @@
 #include <unistd.h>
 
 #include "platform/Platform.h"
-#include "platform/posix/Faults.h"
+#include "platform/Replacements.h"
 #include "platform/posix/PosixPaths.h"
-#include "platform/posix/Wildcards.h"
+#include "platform/Wildcards.h"
 
 namespace Platform {
 

@@ -9,7 +9,7 @@
 
 #include "platform/posix/FolderListings.h"
 #include "platform/posix/PosixTables.h"
-#include "platform/posix/Wildcards.h"
+#include "platform/Wildcards.h"
 
 namespace Platform::Posix {
 

@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "platform/Platform.h"
-#include "platform/posix/Faults.h"
+#include "platform/Replacements.h"
 #include "platform/posix/FolderListings.h"
 #include "platform/posix/PosixPaths.h"
-#include "platform/posix/Wildcards.h"
+#include "platform/Wildcards.h"
 
 namespace Platform {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/Platform.h"
-#include "platform/posix/Wildcards.h"
+#include "platform/Wildcards.h"
 
 namespace Platform {
 

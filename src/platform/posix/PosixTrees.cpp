@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/Platform.h"
-#include "platform/posix/Faults.h"
+#include "platform/Replacements.h"
 #include "platform/posix/FolderListings.h"
 #include "platform/posix/PosixPaths.h"
 #include "platform/posix/PosixSearch.h"

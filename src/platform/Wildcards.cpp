@@ -3,11 +3,11 @@
 // `*` can't help: what the later one may reach, it may reach from the earliest place, too, since every element but `*`
 // takes one character or none, decided by the next character alone. So the time is at most the product of both lengths.
 
-#include "platform/posix/Wildcards.h"
+#include "platform/Wildcards.h"
 
 #include <algorithm>
 
-namespace Platform::Posix {
+namespace Platform {
 
 static unsigned char folded(char c)
 {
@@ -83,4 +83,4 @@ bool Pattern::Matches(std::string_view name) const
     }
 }
 
-} // namespace Platform::Posix
+} // namespace Platform

@@ -1,12 +1,12 @@
 /// Bare names as users of Windows disks know them: compared and sorted without regard to ASCII case, and
-/// matched by patterns. Private to the Linux half of the platform layer.
+/// matched by patterns. Private to the platform layer.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-namespace Platform::Posix {
+namespace Platform {
 
 /// Below zero, zero or above as `a` sorts before, like or behind `b` apart from case. Letters count as capitals, as on
 /// Windows disks, so that `_` stands behind them; other bytes count as unsigned.
@@ -44,4 +44,4 @@ private:
     bool noDotInLastRun = false;
 };
 
-} // namespace Platform::Posix
+} // namespace Platform

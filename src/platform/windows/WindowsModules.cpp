@@ -1,0 +1,49 @@
+#include "platform/windows/WindowsServices.h"
+
+#include "platform/Platform.h"
+#include "platform/windows/WindowsPaths.h"
+
+namespace Platform {
+
+namespace {
+
+/// A module that lacks another one is a failure like any other, not something to ask about in a window.
+class NoQuestions {
+public:
+    NoQuestions() { SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &before); }
+    ~NoQuestions() { SetThreadErrorMode(before, nullptr); }
+    NoQuestions(NoQuestions const &) = delete;
+    NoQuestions &operator=(NoQuestions const &) = delete;
+
+private:
+    unsigned long before = 0;
+};
+
+} // namespace
+
+char const *ModuleExtension()
+{
+    return ".dll";
+}
+
+/// By full name: a bare one would be sought among the libraries of the system.
+void *LoadModule(char const *path)
+{
+    char full[MAX_PATH];
+    NoQuestions const during;
+    if (!Windows::IsFileName(path) || !GetFullPathNameA(path, MAX_PATH, full, nullptr)) return nullptr;
+    return LoadLibraryA(full);
+}
+
+void *ModuleSymbol(void *module, char const *name)
+{
+    if (!module || !name) return nullptr;
+    return reinterpret_cast<void *>(GetProcAddress(static_cast<HMODULE>(module), name));
+}
+
+void FreeModule(void *module)
+{
+    if (module) FreeLibrary(static_cast<HMODULE>(module));
+}
+
+} // namespace Platform

@@ -1,0 +1,139 @@
+// Making, copying, deleting and renaming. Patterns are resolved here before they reach the shell, which would match
+// short names as well; and what the shell would ask its user about is found out before, since there may be none.
+
+#include <cstdio>
+#include <string>
+
+#include "platform/windows/WindowsServices.h"
+
+#include <shellapi.h>
+
+#include "platform/Platform.h"
+#include "platform/Replacements.h"
+#include "platform/Wildcards.h"
+#include "platform/windows/WindowsPaths.h"
+
+namespace Platform {
+
+using namespace Windows;
+
+// ---- The shell's operation ---------------------------------------------------------------------------------------------
+
+static unsigned short const quiet = FOF_SILENT | FOF_NOCONFIRMATION;
+static unsigned short const filesOnly = quiet | FOF_FILESONLY | FOF_NOERRORUI | FOF_NORECURSION;
+
+static bool operate(unsigned int function, NameList const &from, NameList const &to, unsigned short options)
+{
+    SHFILEOPSTRUCTA operation = {};
+    operation.wFunc = function;
+    operation.pFrom = from.Text();
+    operation.pTo = to.IsEmpty() ? nullptr : to.Text();
+    operation.fFlags = options;
+    return SHFileOperationA(&operation) == 0 && !operation.fAnyOperationsAborted;
+}
+
+static NameList namesIn(std::string const &folder, std::vector<WIN32_FIND_DATAA> const &found, bool withFolders)
+{
+    NameList names;
+    for (WIN32_FIND_DATAA const &entry : found)
+        if (withFolders || !IsFolder(entry.dwFileAttributes)) names.Add(folder + entry.cFileName);
+    return names;
+}
+
+// ---- Folders -------------------------------------------------------------------------------------------------------------
+
+bool MakeFolder(char const *path)
+{
+    return Allowed("MakeFolder") && IsFileName(path) && CreateDirectoryA(path, nullptr);
+}
+
+static bool isThere(std::string const &folder)
+{
+    return IsFolder(GetFileAttributesA(folder.c_str()));
+}
+
+/// Makes a folder and those on the way to it.
+static bool needFolder(std::string const &folder)
+{
+    if (isThere(folder)) return true;
+    std::size_t const separator = folder.find_last_of("\\/");
+    if (separator != std::string::npos && separator > 0) needFolder(folder.substr(0, separator));
+    return IsFileName(folder.c_str()) && CreateDirectoryA(folder.c_str(), nullptr);
+}
+
+// ---- Copying -------------------------------------------------------------------------------------------------------------
+
+/// The copy is made beside the target, and takes its name in one step.
+bool CopyOneFile(char const *from, char const *to)
+{
+    CutPath cut;
+    if (!Allowed("CopyOneFile") || !IsFileName(from) || !IsFileName(to) || !CutPattern(to, cut)) return false;
+    if (IsFolder(GetFileAttributesA(from)) || IsFolder(GetFileAttributesA(to)) || IsSame(from, to)) return false;
+    std::string const copy = cut.folder + ".vodrel-copy-" + std::to_string(GetCurrentProcessId());
+    bool const copied = CopyFileA(from, copy.c_str(), FALSE) && MoveFileExA(copy.c_str(), to, MOVEFILE_REPLACE_EXISTING);
+    if (!copied) DeleteFileA(copy.c_str());
+    return copied;
+}
+
+/// Whether a folder stands in another, or is it.
+static bool standsIn(std::string const &inner, std::string const &outer)
+{
+    char a[MAX_PATH], b[MAX_PATH];
+    if (!GetFullPathNameA(inner.c_str(), MAX_PATH, a, nullptr) || !GetFullPathNameA(outer.c_str(), MAX_PATH, b, nullptr))
+        return false;
+    std::string const path = a, root = b;
+    bool const isPrefix = path.size() >= root.size() && SameFolded(path.substr(0, root.size()), root);
+    return isPrefix && (path.size() == root.size() || path[root.size()] == '\\');
+}
+
+bool CopyMatching(char const *pattern, char const *to, bool wholeTrees)
+{
+    Matches matches;
+    if (!Allowed("CopyMatching") || !FindMatches(pattern, matches) || !to || !*to || HasWildcards(to)) return false;
+    std::vector<WIN32_FIND_DATAA> sources;
+    for (WIN32_FIND_DATAA const &entry : matches.found) {
+        bool const isFolder = IsFolder(entry.dwFileAttributes);
+        // The target itself may stand inside of what is copied; it stays out of the copy.
+        bool const holdsTarget = isFolder && standsIn(to, matches.folder + entry.cFileName);
+        if (isFolder && !wholeTrees && !matches.hadWildcards) return false;
+        if (holdsTarget && !matches.hadWildcards) return false;
+        if (!holdsTarget) sources.push_back(entry);
+    }
+    if (!needFolder(to)) return false;
+    NameList const names = namesIn(matches.folder, sources, wholeTrees);
+    NameList target;
+    target.Add(to);
+    return names.IsEmpty() || operate(FO_COPY, names, target, wholeTrees ? quiet : filesOnly);
+}
+
+// ---- Deleting and renaming -------------------------------------------------------------------------------------------------
+
+bool DeleteMatching(char const *pattern)
+{
+    Matches matches;
+    if (!Allowed("DeleteMatching") || !FindMatches(pattern, matches)) return false;
+    NameList const names = namesIn(matches.folder, matches.found, true);
+    return names.IsEmpty() || operate(FO_DELETE, names, NameList(), quiet);
+}
+
+/// The shell takes a change of case alone for two names of one thing, and refuses.
+bool Rename(char const *from, char const *to)
+{
+    if (!Allowed("Rename") || !IsFileName(from) || !IsFileName(to)) return false;
+    unsigned long const source = GetFileAttributesA(from);
+    if (source == INVALID_FILE_ATTRIBUTES) return false;
+    bool const isTaken = GetFileAttributesA(to) != INVALID_FILE_ATTRIBUTES;
+    if (isTaken && !IsSame(from, to)) return false;
+    if (isTaken || !IsFolder(source)) return std::rename(from, to) == 0;
+    NameList names, target;
+    names.Add(from);
+    target.Add(to);
+    return operate(FO_RENAME, names, target, quiet);
+}
+
+bool IsSameFile(char const *a, char const *b)
+{
+    return IsSame(a, b);
+}
+
+} // namespace Platform

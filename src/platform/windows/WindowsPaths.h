@@ -1,0 +1,52 @@
+/// Paths of the system are Windows's own. What is asked here is only which of them name a file, a folder or a pattern.
+/// Private to the Windows half of the platform layer.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/windows/WindowsServices.h"
+
+namespace Platform::Windows {
+
+/// A path cut in front of its last element.
+struct CutPath {
+    std::string folder; ///< with the backslash, slash or colon behind it, empty for the current directory
+    std::string name;
+};
+
+/// False for a path that doesn't end in a name: an empty one, a bare drive or share, "." and "..", a backslash at the
+/// end; or with a wildcard in front of its last element.
+bool CutPattern(char const *path, CutPath &cut);
+
+/// The same for a path without any wildcard.
+bool IsFileName(char const *path);
+
+/// Names for the shell's operations, each ended by a NUL and all by another, with backslashes throughout.
+class NameList {
+public:
+    void Add(std::string const &name);
+    bool IsEmpty() const { return text.empty(); }
+    char const *Text() const { return text.c_str(); }
+
+private:
+    std::string text;
+};
+
+/// All that matches a path, filtered and sorted. `hadWildcards` tells whether it was a pattern.
+struct Matches {
+    std::string folder;
+    std::vector<WIN32_FIND_DATAA> found;
+    bool hadWildcards = false;
+};
+bool FindMatches(char const *pattern, Matches &matches);
+
+inline bool IsFolder(unsigned long attributes)
+{
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+/// Whether both names are there and are one file, on whatever way.
+bool IsSame(char const *a, char const *b);
+
+} // namespace Platform::Windows
