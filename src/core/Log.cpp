@@ -64,6 +64,11 @@ void Log(DString const &message)
     }
 }
 
+void LogProgress(DString const &message)
+{
+    if (Logging) Log(message);
+}
+
 void ClearLog()
 {
     DeleteFileD(logFile());

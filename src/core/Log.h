@@ -42,6 +42,8 @@ extern VODREL_API QNotify *QNot;
 /// Appends a line to "Log.txt" in the per-user folder: the message, " by ", the seconds since start-up. Five
 /// attempts, 10 ms apart; then the line is lost without a word. Before start-up the file is in the current folder.
 VODREL_API void Log(DString const &message);
+/// The same, for lines about progress: only while `Logging` is set.
+void LogProgress(DString const &message);
 /// Starts a new log with three lines about time, machine and installation.
 VODREL_API void ClearLog();
 

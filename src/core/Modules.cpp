@@ -42,8 +42,8 @@ void *GetProc(DString const &path, DString const &module, char const *symbol, bo
 
 void UnloadModules()
 {
-    for (int i = 0; i < ModuleTable.Count(); ++i) Platform::FreeModule(ModuleTable[i]);
-    ModuleTable.Clear();
+    ModuleHandles going; // a module that goes may end up here once more
+    going.SwapData(ModuleTable);
 }
 
 ModuleHandles::~ModuleHandles()

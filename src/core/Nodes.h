@@ -4,10 +4,10 @@
 
 #include "foundation/DStringArray.h"
 
-/// The nodes, this machine if there are none, repeated from the start until there are `n`; fewer than there are cuts
-/// nothing, and `n` below 1 means each once. Lines with a blank name are left out, and if no other is there the list is
-/// empty; blanks around a name stay. The list also goes to "MPIHosts.txt" in the per-user folder, one name a line, and
-/// replaces what was there.
+/// The nodes, this machine if there are none, repeated from the start until there are `n`, with no upper limit; a
+/// smaller `n` cuts nothing, and one below 1 means each once. Lines with a blank name are left out, and if no other is
+/// there the list is empty; blanks around a name stay. The list also goes to "MPIHosts.txt" in the per-user folder, one
+/// name a line, and replaces what was there.
 VODREL_API void GetNodes(DStringArray &list, int n);
 
 /// The paths, blank names too.

@@ -1,10 +1,10 @@
 /// One sampled signal of a shot: equally spaced single-precision samples, with the header that says when they start,
 /// how far apart they lie, how they were calibrated, and what their extremes are. On disk a .wvf file.
 ///
-/// Sample i, from 0, lies at `Start() + i * timeStep` seconds. Samples are stored calibrated: sample = (raw - offset)
-/// * calibration * attenuation. -DFMax marks a bad sample. All arithmetic is single precision in the order of the
-/// terms, unless an operation says otherwise. The stored extremes are those of the last `Scale()` or of the file:
-/// after samples change they are stale.
+/// Sample i, from 0, lies at `Start() + i * timeStep` seconds. Samples are stored calibrated: sample =
+/// (raw - offset) * calibration * attenuation. -DFMax marks a bad sample. All arithmetic is single precision in the
+/// order of the terms, unless an operation says otherwise. The stored extremes are those of the last `Scale()` or of
+/// the file: after samples change they are stale.
 #pragma once
 
 #include "foundation/DArray.h"

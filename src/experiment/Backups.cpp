@@ -2,6 +2,7 @@
 
 #include "experiment/Experiment.h"
 
+#include "experiment/FolderNames.h"
 #include "files/PathUtils.h"
 
 namespace {
@@ -10,7 +11,9 @@ char const *const backupSection = "Backup";
 char const *const backupKey = "Path";
 char const *const backupFolder = "Backup";
 char const *const usualBackupPath = "..\\Backup";
-char const *const redirection = "BackupLocation.ini";
+char const *const redirectionFile = "BackupLocation.ini";
+char const *const redirectionKey = "BackupLocation";
+char const *const stampSection = "LastRun";
 
 /// `Replace` regards case, paths don't.
 DString replaceFolded(DString const &text, DString const &find, DString const &put)
@@ -40,7 +43,7 @@ DString freeFolder(DString const &base)
 DString Experiment::backupSetting() const
 {
     if (!ExperimentName) return usualBackupPath;
-    DIni ini(AppendExptPathElts(ExperimentName + ".ini"));
+    DIni ini(settingsFile());
     ini.SetSection(backupSection);
     return ini.GetKeyValue(backupKey, usualBackupPath);
 }
@@ -49,11 +52,11 @@ DString Experiment::GetBackupPath()
 {
     DString path = FullPath(backupSetting());
     if (!FolderExists(path)) CreateFolder(path);
-    DString file = AppendPathElts(path, redirection);
+    DString file = AppendPathElts(path, redirectionFile);
     if (!FileExists(file)) return path;
     DIni location(file);
     location.SetSection("General");
-    return location.GetKeyValue("BackupLocation", path.c_str());
+    return location.GetKeyValue(redirectionKey, path.c_str());
 }
 
 void Experiment::SetBackupPath(DString path)
@@ -63,7 +66,7 @@ void Experiment::SetBackupPath(DString path)
     DString last;
     SplitPathElts(path, parent, last);
     if (last.Len() == ExperimentName.Len() && (last %= ExperimentName)) path = parent;
-    DIni ini(AppendExptPathElts(ExperimentName + ".ini"));
+    DIni ini(settingsFile());
     ini.SetSection(backupSection);
     ini.SetKeyValue(backupKey, RelativePath(path));
 }
@@ -73,7 +76,7 @@ DString Experiment::GetBackupShotFolder(DString folder)
     if (!folder) folder = ShotFolder;
     DString const backupPath = GetBackupPath();
     if (folder.StartsWith(ExperimentPath)) return freeFolder(replaceFolded(folder, ExperimentPath, backupPath));
-    return freeFolder(AppendPathElts(ExperimentPath, backupFolder, ExperimentName, "Shots", "Shot" + ShotName));
+    return freeFolder(AppendPathElts(ExperimentPath, backupFolder, ExperimentName, shotsFolder, shotWord + ShotName));
 }
 
 void Experiment::BackupShot()
@@ -84,8 +87,8 @@ void Experiment::BackupShot()
 void Experiment::StampConfigFile(DIni &ini)
 {
     ini.HoldWrite(true);
-    ini.DeleteSection("LastRun");
-    ini.SetSection("LastRun");
+    ini.DeleteSection(stampSection);
+    ini.SetSection(stampSection);
     ini.SetKeyValue("Shot", ShotName);
     ini.SetKeyValue("ShotPath", GetCurPath());
     ini.SetKeyValue("Started", Now());

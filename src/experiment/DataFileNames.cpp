@@ -2,6 +2,8 @@
 
 #include "experiment/Experiment.h"
 
+#include <climits>
+
 #include "files/PathUtils.h"
 
 DString Experiment::GetDataFileName(DString name)

@@ -2,6 +2,8 @@
 
 #include "experiment/Experiment.h"
 
+#include "experiment/FolderNames.h"
+
 namespace {
 
 char const *const opening = "![";
@@ -41,7 +43,7 @@ void Experiment::appendreference(DString &label, DString const &reference)
 {
     DString const key = DString(reference).BeforeFirst(formatMark, true);
     DString const value = GetShotData(key);
-    if ((~value && !value.IsNumeric()) || (key %= "Shot")) {
+    if ((~value && !value.IsNumeric()) || (key %= shotWord)) {
         label << value;
         return;
     }

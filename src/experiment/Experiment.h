@@ -61,8 +61,8 @@ public:
     /// The group number of a path in any form, -1 for none.
     int GetShotGroupNumber(DString const &path) const;
 
-    /// ".\" leads to the experiment folder, one "..\" to the folder that contains it, anything else goes through
-    /// `GetLocalFileName`.
+    /// A dot and a backslash lead to the experiment folder, two dots and a backslash to the folder that contains it,
+    /// anything else goes through `GetLocalFileName`.
     DString FullPath(DString const &path) const;
     /// The inverse, or the network form of a path under neither. The test is one of plain prefixes: a neighbour whose
     /// name begins like the experiment's counts as inside it and loses a character.
@@ -131,7 +131,10 @@ public:
     /// lead out of the shot path; false, with a message, if another shot has the name, and false without a current
     /// shot. A change of case alone is no other shot.
     bool RenameShot(DString name);
-    /// Tests a name against the characters !"#$&*,/:;<>?{|}~ (`set` true) or !"#$*:;=?@\{}~ (false).
+    /// Tests a name against these characters, those of the first line with `set` true, of the second with false:
+    ///
+    ///     !"#$&*,/:;<>?{|}~
+    ///     !"#$*:;=?@\{}~
     bool IsValidName(DString const &name, bool set) const;
 
     // ---- Lists and sets of shots: names, group numbers, and with `dates` not null a date for each, in seconds since
@@ -140,8 +143,9 @@ public:
     /// The shots of a list or of a range. A `spec` without ":" names a file in "ShotLists", with or without ".txt",
     /// of lines "name;shot path" or "name", which means group 0; lines may be wrapped in double quotes, and `gnum`
     /// isn't used. "A001:A020" and "A001:20" are the range of the numbers at the ends of the two sides, in the width
-    /// and with the prefix of the left one. It is looked for in group `gnum` (below 0: where its first shot is), and a
-    /// shot that isn't there in the others; the group where it is found is then tried first for all shots before it.
+    /// and with the prefix of the left one. It is looked for in group `gnum` (below 0: where its first shot is, else
+    /// group 0), and a shot that isn't there in the others; the group where it is found is then tried first for all
+    /// shots before it.
     ///
     /// An empty `spec`, and a range without two numbers, empty `names` and leave the other arrays as they were. The
     /// dates are those of the folders.
@@ -149,15 +153,17 @@ public:
                      DArray<long long, 0> *dates);
     /// The shots of a shot path that match the wildcard `shots`, in the order of the platform, with the dates of their
     /// "Scalars.ini"; or of a range in that path; or, with the group "(Shot list)", of a list or range. Of these the
-    /// ones that hold a data file `file` (".wvf" without an extension, may hold wildcards; all for "" and "*").
+    /// ones that hold a data file `file` (".wvf" without an extension, may hold wildcards; all for "" and "*"). A group
+    /// that is no shot path empties all arrays.
     void GetShotSet(DString const &group, DString const &shots, DString file, DStringArray &names,
                     DArray<int, 0> &gnums, DArray<long long, 0> *dates);
     /// Writes a list to "ShotLists", under `name` exactly as given: only with ".txt" can it be read again. The folder
     /// must be there. A shot in a group that there isn't gets an empty path.
     void SaveShotList(DString const &name, DStringArray &names, DArray<int, 0> &gnums);
     /// Saves the shots of the list in `file`, a path with or without ".txt", followed by those of `names` that it
-    /// lacks. A shot that it has is marked in `gnums` of the caller by -1. Shots of `file` that aren't on the disk
-    /// stay, and lines of unknown groups too, without their path.
+    /// lacks. A shot that it has is marked in `gnums` of the caller by -1; entries of a negative group are left out,
+    /// doubles in `names` stay. Shots of `file` that aren't on the disk stay, and lines of unknown groups too, without
+    /// their path.
     void MergeShotList(DString file, DString const &name, DStringArray &names, DArray<int, 0> &gnums);
 
     // ---- Scalars: numbers of the current shot, and formulas over them (docs/language.md) ----
@@ -182,9 +188,10 @@ public:
     DString GetExpandedString(DString const &text, bool marked);
     /// Replaces references "![key]", "![formula]" and "![formula%.2f]", whose end is a print format for a number, by
     /// values of the current shot; "(undefined)" where there is none. A text value and the shot's name drop the format.
-    /// With unbalanced brackets the whole label stays as it is.
+    /// The format begins at the first "%", so that "![W\t%[50]]" is none of a parameter; a key whose value is a number
+    /// is evaluated as a formula too. With unbalanced brackets the whole label stays as it is.
     ///
-    /// The number is added by `DString::AddFormatted`: a format that doesn't take a number, or needs more than 19
+    /// The number is added by `DString::AddFormatted`: a format that doesn't take a number, or needs more than 20
     /// characters, takes the last character of the text before it along, or gives the usual form if there is none.
     DString GetExpandedLabel(DString const &text);
 
@@ -196,9 +203,9 @@ public:
     /// Stores that folder. A path that ends in an element with the experiment's name means the folder above it.
     void SetBackupPath(DString path);
     /// A free name for the backup of a shot's folder, of the current one if `folder` is empty: the same place below
-    /// the backup path as it has below `GetExperimentPath()`, with "_1", "_2" ... behind it if it is taken. A folder
-    /// that lies elsewhere goes to "Backup" beside the experiment whatever the backup path, as a backup of the current
-    /// shot.
+    /// the backup path as it has below `GetExperimentPath()`, with "_1", "_2" ... behind it if it is taken. The test is
+    /// one of plain prefixes, apart from case, and every occurrence of that path in `folder` is replaced. A folder that
+    /// lies elsewhere goes to "Backup" beside the experiment whatever the backup path, as a backup of the current shot.
     DString GetBackupShotFolder(DString folder);
     /// Copies the current shot to a folder of its own; nothing is told.
     void BackupShot();
@@ -245,6 +252,7 @@ private:
     float parsefallback(DString const &text, ScalarLookup lookup);
     float parameterOf(DString const &dataName, DString const &parameter);
     bool istrue(DString const &key) { return GetShotData(key) %= "True"; }
+    DString settingsFile() const;
     DString backupSetting() const;
     void appendreference(DString &label, DString const &reference);
 

@@ -3,6 +3,7 @@
 #include "experiment/Experiment.h"
 
 #include "core/Log.h"
+#include "experiment/FolderNames.h"
 #include "files/PathUtils.h"
 
 namespace {
@@ -31,17 +32,17 @@ bool Experiment::SetExperimentFolder(DString const &folder)
     SplitPathElts(ExperimentFolder, ExperimentPath, ExperimentName);
     if (!ExperimentName) return true;
 
-    DString const shots = AppendExptPathElts("Shots");
+    DString const shots = AppendExptPathElts(shotsFolder);
     ShotPaths.Clear();
     CreateFolder(shots);
     ShotPaths.Add(shots);
 
-    DIni ini(AppendExptPathElts(ExperimentName + ".ini"));
+    DIni ini(settingsFile());
     ini.SetSection("General");
     Description = ini.GetKeyValue("Description");
-    if (Logging) Log("Parsing out shot groups...");
+    LogProgress("Parsing out shot groups...");
     readGroups(ini.GetFullSection("Groups"));
-    if (Logging) Log("Getting cues...");
+    LogProgress("Getting cues...");
     readCues(ini.GetFullSection("ShotCreation"));
 
     CreateFolder(AppendExptPathElts("Query"));
@@ -80,6 +81,11 @@ void Experiment::readCues(DStringArray const &lines)
         GroupCues[i].Cue = DString(lines[i]).BeforeFirst('=', true);
         GroupCues[i].Group = GetShotGroupNumber(DString(lines[i]).AfterFirst('=', true));
     }
+}
+
+DString Experiment::settingsFile() const
+{
+    return AppendExptPathElts(ExperimentName + ".ini");
 }
 
 DString Experiment::AppendExptPathElts(DString const &a) const

@@ -17,14 +17,18 @@
 #include "experiment/Experiment.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstddef>
+#include <limits>
+#include <new>
 #include <string>
 
 #include "core/Log.h"
 #include "data/Matrix.h"
 #include "data/ParticleGroup.h"
 #include "data/Waveform.h"
+#include "experiment/FolderNames.h"
 
 namespace {
 
@@ -35,15 +39,12 @@ char const NegOpenMark = '\xCB';  ///< opens a negative number in front of "^"
 char const NegCloseMark = '\xCC'; ///< closes it
 
 char const alternativeMark = '?';
-char const *const fallbackMark = "::";
+
 int const functionLength = 3;
 int const codeLength = 2; ///< of a parameter, between its backslash and the argument
 
-/// The failure inside the evaluator: negative infinity, on which powers are computed like on any number.
-float undefinedResult()
-{
-    return DFMax * -2.0f;
-}
+/// The failure inside the evaluator, the overflow of -2 * DFMax: powers are computed on it like on any number.
+float const UndefinedResult = -std::numeric_limits<float>::infinity();
 
 float narrow(double value)
 {
@@ -53,6 +54,7 @@ float narrow(double value)
 struct Function {
     char const *name;
     float (*of)(float);
+    bool takesTexts = false; ///< what isn't a number counts as 1 if it is "True", else as 0
 };
 
 /// In double precision on the widened value, but for the arc tangent.
@@ -63,7 +65,7 @@ Function const functions[] = {
     {"log", [](float x) { return narrow(std::log(static_cast<double>(x))); }},
     {"exp", [](float x) { return narrow(std::exp(static_cast<double>(x))); }},
     {"atn", [](float x) { return std::atan(x); }},
-    {"bol", [](float x) { return x; }}, // what isn't a number has become one before
+    {"bol", [](float x) { return x; }, true},
 };
 
 /// The function whose name ends right before a position.
@@ -74,11 +76,6 @@ Function const *functionBefore(DString const &text, int at)
         if (CompareFolded(text.c_str() + at - functionLength, function.name, functionLength) == 0) return &function;
     }
     return nullptr;
-}
-
-bool isBooleanForm(Function const *function)
-{
-    return function && DString(function->name) == "bol";
 }
 
 bool isOneOf(char c, DString const &set)
@@ -105,41 +102,127 @@ int nextMark(DString const &text, int at, char mark)
     return found == npos ? text.Len() : static_cast<int>(found);
 }
 
-/// What a pass from right to left has behind it, with its values put in. Kept from its end on, so that what is
-/// replaced is always at the end of the block.
-class Rewritten {
+struct Marks {
+    char open;
+    char close;
+};
+
+/// What stands between such marks belongs together, whatever signs it holds.
+Marks const marks[] = {{ArgOpenMark, ArgCloseMark}, {NegOpenMark, NegCloseMark}};
+
+bool isOpenMark(char c)
+{
+    return c == marks[0].open || c == marks[1].open;
+}
+
+/// From an opening mark to the one that closes it; any other position stays.
+int passMarked(DString const &text, int at)
+{
+    for (Marks const &pair : marks) {
+        if (text[at] == pair.open) return nextMark(text, at, pair.close);
+    }
+    return at;
+}
+
+// ---- Signs: what a character means in a sum -----------------------------------------------------------------------
+
+enum class Meaning { None, JoinsNext, ExponentMark, Plus, Minus };
+
+struct Sign {
+    char character;
+    Meaning meaning;
+};
+
+Sign const signsOfSum[] = {
+    {' ', Meaning::JoinsNext},    {'*', Meaning::JoinsNext},    {'/', Meaning::JoinsNext}, {'^', Meaning::JoinsNext},
+    {'E', Meaning::ExponentMark}, {'e', Meaning::ExponentMark}, {'+', Meaning::Plus},      {'-', Meaning::Minus},
+};
+
+Meaning meaningInSum(char c)
+{
+    for (Sign const &sign : signsOfSum) {
+        if (sign.character == c) return sign.meaning;
+    }
+    return Meaning::None;
+}
+
+bool isSign(char c)
+{
+    return c == '+' || c == '-';
+}
+
+// ---- Passes
+// -----------------------------------------------------------------------------------------------------------
+
+/// A pass over a text from right to left, which stops at each opening character and takes what it holds out. What is
+/// put in then stands in its place. The part that is done is kept from its end on, so that what changes is always at
+/// the end of the block.
+class Pass {
 public:
-    void PutFront(char c) { reversed += c; }
-    void PutFront(DString const &text)
+    Pass(DString const &given, char opening, char closing) : text(given), open(opening), close(closing), at(text.Len())
     {
-        for (int i = text.Len() - 1; i >= 0; --i) reversed += text[i];
     }
 
-    /// Takes all away up to the first `closing`, and that as well; false, with nothing changed, if there is none.
-    bool TakeUpTo(char closing, DString &inner)
+    /// Goes on to the next opening character. False at the beginning of the text, and at one that isn't closed.
+    bool Next()
     {
-        std::size_t const at = reversed.rfind(closing);
-        if (at == std::string::npos) return false;
-        inner = textFrom(at + 1);
-        reversed.resize(at);
+        while (--at >= 0) {
+            if (text[at] == open) return takeInner();
+            done += text[at];
+        }
+        return false;
+    }
+
+    int At() const { return at; }
+    DString const &Inner() const { return inner; }
+    bool IsWholeText() const { return at == 0 && done.empty(); }
+    bool IsBefore(char c) const { return !done.empty() && done.back() == c; }
+
+    void Put(DString const &value)
+    {
+        for (int i = value.Len() - 1; i >= 0; --i) done += value[i];
+    }
+    /// Drops characters in front.
+    void Drop(int n) { at -= n; }
+
+    /// The rewritten text; false, with a message, if the pass ended at something that isn't closed.
+    bool Finish(DString &rewritten, char const *what) const
+    {
+        if (at >= 0) {
+            Message(DString("Expression cannot be evaluated because of unmatched ") + what);
+            return false;
+        }
+        rewritten = doneFrom(0);
         return true;
     }
 
-    bool IsEmpty() const { return reversed.empty(); }
-    bool StartsWith(char c) const { return !reversed.empty() && reversed.back() == c; }
-    DString Text() const { return textFrom(0); }
-
 private:
-    DString textFrom(std::size_t at) const
+    bool takeInner()
     {
-        DString text;
-        int const n = static_cast<int>(reversed.size() - at);
-        if (n > 0)
-            std::reverse_copy(reversed.begin() + static_cast<std::ptrdiff_t>(at), reversed.end(), text.GetBuffer(n));
-        return text;
+        std::size_t const end = done.rfind(close);
+        if (end == std::string::npos) return false;
+        inner = doneFrom(end + 1);
+        done.resize(end);
+        return true;
     }
 
-    std::string reversed;
+    DString doneFrom(std::size_t begin) const
+    {
+        std::size_t const n = done.size() - begin;
+        if (n > INT_MAX) throw std::bad_alloc();
+        DString copy;
+        if (n > 0)
+            std::reverse_copy(done.end() - static_cast<std::ptrdiff_t>(n), done.end(),
+                              copy.GetBuffer(static_cast<int>(n)));
+        return copy;
+    }
+
+    DString const text;
+    char const open;
+    char const close;
+    int at;
+    DString inner;
+    std::string done;
 };
 
 } // namespace
@@ -154,7 +237,7 @@ float Experiment::GetScalarData(DString expr, ScalarLookup lookup)
 float Experiment::ParseInput(DString text, ScalarLookup lookup)
 {
     float value = 0.0f;
-    if (!text) return undefinedResult();
+    if (!text) return UndefinedResult;
     if (text.ToFloat(value)) return value;
     if (replacebrackets(text, lookup, value) || replaceparentheses(text, lookup, value)) return value;
     return parsealternative(text, lookup);
@@ -164,68 +247,47 @@ float Experiment::ParseInput(DString text, ScalarLookup lookup)
 /// True if that decides the result of the whole text.
 bool Experiment::replacebrackets(DString &text, ScalarLookup lookup, float &result)
 {
+    result = UndefinedResult;
     if (text.Find('[') == npos) return false;
-    Rewritten behind;
-    for (int at = text.Len() - 1; at >= 0; --at) {
-        if (text[at] != '[') {
-            behind.PutFront(text[at]);
-            continue;
-        }
-        DString inner;
-        result = undefinedResult();
-        if (!behind.TakeUpTo(']', inner)) {
-            Message("Expression cannot be evaluated because of unmatched bracket");
+    Pass pass(text, '[', ']');
+    while (pass.Next()) {
+        if (pass.IsWholeText()) {
+            result = ParseSingle(pass.Inner(), lookup);
             return true;
         }
-        if (at == 0 && behind.IsEmpty()) {
-            result = ParseSingle(inner, lookup);
-            return true;
-        }
-        if (opensArgument(text, at)) {
-            behind.PutFront(ArgOpenMark + DString(ParseInput(inner, lookup)) + ArgCloseMark);
+        if (opensArgument(text, pass.At())) {
+            pass.Put(ArgOpenMark + DString(ParseInput(pass.Inner(), lookup)) + ArgCloseMark);
             continue;
         }
-        float const value = ParseSingle(inner, lookup);
+        float const value = ParseSingle(pass.Inner(), lookup);
         if (!IsVF(value)) return true;
-        behind.PutFront(DString(value));
+        pass.Put(value);
     }
-    text = behind.Text();
-    return false;
+    return !pass.Finish(text, "bracket");
 }
 
 /// (input) becomes its value, sin(input) the sine of it. A negative base of a power is marked, so that its sign stays
 /// with it. True if there is no value.
 bool Experiment::replaceparentheses(DString &text, ScalarLookup lookup, float &result)
 {
+    result = UndefinedResult;
     if (text.Find('(') == npos) return false;
-    Rewritten behind;
-    for (int at = text.Len() - 1; at >= 0; --at) {
-        if (text[at] != '(') {
-            behind.PutFront(text[at]);
-            continue;
-        }
-        DString inner;
-        result = undefinedResult();
-        if (!behind.TakeUpTo(')', inner)) {
-            Message("Expression cannot be evaluated because of unmatched parenthesis");
-            return true;
-        }
-        Function const *const function = functionBefore(text, at);
-        float value = ParseInput(inner, lookup);
+    Pass pass(text, '(', ')');
+    while (pass.Next()) {
+        Function const *const function = functionBefore(text, pass.At());
+        float value = ParseInput(pass.Inner(), lookup);
         if (!IsVF(value)) {
-            if (!isBooleanForm(function)) return true;
-            value = istrue(inner) ? 1.0f : 0.0f;
+            if (!function || !function->takesTexts) return true;
+            value = istrue(pass.Inner()) ? 1.0f : 0.0f;
         }
         if (function) {
             value = function->of(value);
-            at -= functionLength;
+            pass.Drop(functionLength);
         }
-        bool const isNegativeBase = value < 0.0f && behind.StartsWith('^');
-        DString const number(value);
-        behind.PutFront(isNegativeBase ? NegOpenMark + number + NegCloseMark : number);
+        bool const isNegativeBase = value < 0.0f && pass.IsBefore('^');
+        pass.Put(isNegativeBase ? NegOpenMark + DString(value) + NegCloseMark : DString(value));
     }
-    text = behind.Text();
-    return false;
+    return !pass.Finish(text, "parenthesis");
 }
 
 /// condition ? input ? input, on a flat text. A condition above 0 takes the first.
@@ -254,7 +316,7 @@ float Experiment::parsefallback(DString const &text, ScalarLookup lookup)
         start = static_cast<int>(mark) + dStrlen(fallbackMark);
     }
     DString const rest = slice(text, start, text.Len());
-    if (!rest) return undefinedResult();
+    if (!rest) return UndefinedResult;
     return rest.ToFloat(value) ? value : ParseAddend(rest, lookup);
 }
 
@@ -274,38 +336,29 @@ float Experiment::ParseAddend(DString text, ScalarLookup lookup)
         return IsVF(term);
     };
     for (int i = 0; i < text.Len(); ++i) {
-        switch (text[i]) {
-        case ArgOpenMark:
-            i = nextMark(text, i, ArgCloseMark);
+        i = passMarked(text, i);
+        switch (meaningInSum(text[i])) {
+        case Meaning::JoinsNext:
+            if (!isOpenMark(text[i + 1])) ++i;
             break;
-        case NegOpenMark:
-            i = nextMark(text, i, NegCloseMark);
-            break;
-        case ' ':
-        case '*':
-        case '/':
-        case '^':
-            if (text[i + 1] != ArgOpenMark && text[i + 1] != NegOpenMark) ++i;
-            break;
-        case 'E':
-        case 'e':
+        case Meaning::ExponentMark:
             if (i > 0 && isOneOf(text[i - 1], NumberChars)) ++i;
             break;
-        case '+':
-            if (!addTerm(i)) return undefinedResult();
+        case Meaning::Plus:
+            if (!addTerm(i)) return UndefinedResult;
             isMinus = false;
             break;
-        case '-':
-            if (i > 0 && (text[i - 1] == '+' || text[i - 1] == '-')) break; // the sign of the term
+        case Meaning::Minus:
+            if (i > 0 && isSign(text[i - 1])) break; // the sign of the term
             if (i == 0) start = 1;
-            else if (!addTerm(i)) return undefinedResult();
+            else if (!addTerm(i)) return UndefinedResult;
             isMinus = true;
             break;
-        default:
+        case Meaning::None:
             break;
         }
     }
-    return addTerm(text.Len()) ? sum : undefinedResult();
+    return addTerm(text.Len()) ? sum : UndefinedResult;
 }
 
 /// term = factor { (* | /) factor }
@@ -321,23 +374,12 @@ float Experiment::ParseFactor(DString text, ScalarLookup lookup)
         return IsVF(factor);
     };
     for (int i = 0; i < text.Len(); ++i) {
-        switch (text[i]) {
-        case ArgOpenMark:
-            i = nextMark(text, i, ArgCloseMark);
-            break;
-        case NegOpenMark:
-            i = nextMark(text, i, NegCloseMark);
-            break;
-        case '*':
-        case '/':
-            if (!addFactor(i)) return undefinedResult();
-            isDivisor = text[i] == '/';
-            break;
-        default:
-            break;
-        }
+        i = passMarked(text, i);
+        if (text[i] != '*' && text[i] != '/') continue;
+        if (!addFactor(i)) return UndefinedResult;
+        isDivisor = text[i] == '/';
     }
-    return addFactor(text.Len()) ? product : undefinedResult();
+    return addFactor(text.Len()) ? product : UndefinedResult;
 }
 
 /// factor = single { ^ single }, from the left
@@ -358,23 +400,25 @@ float Experiment::ParsePower(DString text, ScalarLookup lookup)
     };
     for (int i = 0; i < text.Len(); ++i) {
         if (text[i] == ArgOpenMark) i = nextMark(text, i, ArgCloseMark);
-        else if (text[i] == '^' && !addSingle(i)) return undefinedResult();
+        else if (text[i] == '^' && !addSingle(i)) return UndefinedResult;
     }
-    return addSingle(text.Len()) ? power : undefinedResult();
+    return addSingle(text.Len()) ? power : UndefinedResult;
 }
 
 /// single = number | name | data name \ parameter
+///
+/// A number may stand between the marks of a negative one. The host is asked for a name before the shot is.
 float Experiment::ParseSingle(DString text, ScalarLookup lookup)
 {
     float value = 0.0f;
-    if (text[0] == NegOpenMark && text.Len() > 0) text = slice(text, 1, text.Len() - 1);
+    if (text.Len() > 0 && text[0] == NegOpenMark) text = slice(text, 1, text.Len() - 1);
     if (text.ToFloat(value)) return value;
-    if (lookup && lookup(text, value)) return IsVF(value) ? value : undefinedResult();
-    if (!ShotFolder) return undefinedResult();
+    if (lookup && lookup(text, value)) return IsVF(value) ? value : UndefinedResult;
+    if (!ShotFolder) return UndefinedResult;
     unsigned int const found = text.RFind('\\');
     if (found == npos) {
         DString const stored = GetShotData(text);
-        return ~stored && stored.ToFloat(value) ? value : undefinedResult();
+        return ~stored && stored.ToFloat(value) ? value : UndefinedResult;
     }
     int const backslash = static_cast<int>(found);
     int const last = text.Len() - 1;
@@ -396,12 +440,12 @@ float Experiment::parameterOf(DString const &dataName, DString const &parameter)
         return value;
     }
     DString const file = GetDataFileName(name);
-    if (!file) return undefinedResult();
+    if (!file) return UndefinedResult;
     Matrix matrix(1, 1, 1);
     if (matrix.Read(file, 0, 0)) return matrix.GetMatrixParam(parameter);
     ParticleGroup particles(0);
     if (particles.Read(file, 0, 0)) return particles.GetPGroupParam(parameter);
-    return undefinedResult();
+    return UndefinedResult;
 }
 
 namespace {

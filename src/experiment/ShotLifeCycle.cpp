@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/Log.h"
+#include "experiment/FolderNames.h"
 #include "files/PathUtils.h"
 
 namespace {
@@ -81,7 +82,7 @@ bool Experiment::RenameShot(DString name)
     bool const foreign = reachesOthers(ShotName) || reachesOthers(name);
     if (!foreign && RenameFolder(ShotFolder, target)) {
         ScalarCacheIni.SetFileName(ScalarCacheFile);
-        ScalarCacheIni.RenameSection(cacheSection(), "Shot" + name);
+        ScalarCacheIni.RenameSection(cacheSection(), shotWord + name);
     }
     SetShot(name, CurrentGroup);
     return true;
@@ -92,7 +93,7 @@ bool Experiment::DeleteShot()
     if (!ShotName || !isGroup(CurrentGroup)) return false;
     if (!reachesOthers(ShotName)) DeleteFolder(ShotFolder);
     ScalarCacheIni.SetFileName(ScalarCacheFile);
-    DIni cache(AppendPathElts(ShotPaths[CurrentGroup], "ScalarCache.ini"));
+    DIni cache(AppendPathElts(ShotPaths[CurrentGroup], valuesCacheFile));
     cache.DeleteSection(cacheSection());
     return true;
 }

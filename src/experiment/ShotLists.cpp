@@ -1,34 +1,33 @@
 /// From a list, a range or a wildcard to the shots themselves.
 ///
 /// A selection first becomes a vector of shots, and only at the end the arrays of the caller. Whether a shot is there
-/// is asked of the disk one by one, with one exception: for a range of very many numbers the shot paths are listed, and
-/// only the numbers that some folder there ends in are asked for. What the numbers of the range would have answered
-/// one by one is the same, in memory and time for the shots that there are.
+/// is asked of the disk one by one. For a range of many numbers the shot paths are listed first, and only the numbers
+/// that some folder there ends in are asked for: the others would have found nothing, each at the price of a look into
+/// every shot path.
 
 #include "experiment/Experiment.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "core/Log.h"
+#include "experiment/FolderNames.h"
 #include "files/DFile.h"
 #include "files/PathUtils.h"
 
 namespace {
 
-char const *const shotWord = "Shot";
 char const *const listKeyword = "(Shot list)";
-char const *const listFolder = "ShotLists";
 char const *const listExtension = ".txt";
-char const *const valuesFile = "Scalars.ini";
 char const rangeMark = ':';
 char const pathMark = ';';
 
-int const mostTested = 65536; ///< numbers of a range that are asked for one by one
-int const mostDigits = 19;    ///< that `Format` prints
+int const mostTested = 64; ///< numbers of a range that are asked for one by one
+int const mostDigits = 20; ///< that `Format` prints
 
 struct Shot {
     DString name;
@@ -47,11 +46,6 @@ bool exists(Experiment const &experiment, Shot const &shot)
 {
     DString folder = folderOf(experiment, shot);
     return ~folder && FolderExists(folder);
-}
-
-void logProgress(char const *text)
-{
-    if (Logging) Log(text);
 }
 
 /// Hands the shots out. Their dates are those of a file in the folder, or of the folder itself.
@@ -97,7 +91,7 @@ Shots readList(Experiment const &experiment, DString file)
 
 Shots existingOfList(Experiment const &experiment, DString const &name)
 {
-    DString const folder = experiment.AppendExptPathElts(listFolder);
+    DString const folder = experiment.AppendExptPathElts(shotListFolder);
     CreateFolder(folder);
     Shots shots = readList(experiment, AppendPathElts(folder, name));
     auto const isGone = [&](Shot const &shot) { return !exists(experiment, shot); };
@@ -172,7 +166,7 @@ Shots existingOfRange(Experiment const &experiment, Range const &range, int grou
 {
     if (group < 0) group = std::max(0, experiment.GuessPathFromShot(range.NameOf(range.first)));
     std::set<int> const numbers = candidates(experiment, range);
-    logProgress("Got names of shots in range");
+    LogProgress("Got names of shots in range");
     Shots shots;
     for (auto number = numbers.rbegin(); number != numbers.rend(); ++number) {
         Shot shot{range.NameOf(*number), group};
@@ -195,7 +189,7 @@ bool findShots(Experiment const &experiment, DString const &spec, int group, Sho
     if (spec.Find(rangeMark) == npos) shots = existingOfList(experiment, spec);
     else if (parseRange(spec, range)) shots = existingOfRange(experiment, range, group);
     else return false;
-    logProgress("Got shot list and checked for existance");
+    LogProgress("Got shot list and checked for existance");
     return true;
 }
 
@@ -267,7 +261,7 @@ void Experiment::SaveShotList(DString const &name, DStringArray &names, DArray<i
         int const group = i < gnums.Count() ? gnums[i] : -1;
         lines[i] = names[i] + pathMark + RelativePath(GetShotGroupPath(group));
     }
-    DFile::WriteLines(AppendPathElts(AppendExptPathElts(listFolder), name), lines);
+    DFile::WriteLines(AppendPathElts(AppendExptPathElts(shotListFolder), name), lines);
 }
 
 void Experiment::MergeShotList(DString file, DString const &name, DStringArray &names, DArray<int, 0> &gnums)

@@ -4,18 +4,12 @@
 #include "experiment/Experiment.h"
 
 #include "core/Log.h"
+#include "experiment/FolderNames.h"
 #include "files/PathUtils.h"
 
 namespace {
 
-char const *const shotWord = "Shot";
 char const *const valueSection = "Fields";
-char const *const fallbackMark = "::";
-
-void logProgress(DString const &text)
-{
-    if (Logging) Log(text);
-}
 
 } // namespace
 
@@ -40,28 +34,28 @@ bool Experiment::SetShot(DString shot, int gnum)
     if (!ExperimentName) {
         CurrentGroup = -1;
         ShotFolder = ExperimentFolder;
-        logProgress("experiment name not defined");
+        LogProgress("experiment name not defined");
         return false;
     }
     if (shot.StartsWith("*")) shot = shot.Mid(1);
     if (gnum < 0) gnum = GuessPathFromShot(shot);
     if (ShotName == shot && gnum == CurrentGroup) return true;
     if (!isGroup(gnum)) {
-        logProgress("gnum is " + DString(gnum));
+        LogProgress("gnum is " + DString(gnum));
         return false;
     }
     ShotName = shot;
     CurrentGroup = gnum;
     ShotFolder = shotFolder(gnum, shot);
-    logProgress("setting ini's in SetShot");
+    LogProgress("setting ini's in SetShot");
     if (PauseIO) {
         ScalarCacheIni.HoldWrite(false); // the stores still have the files of the shot before
         ScalarsIni.HoldWrite(false);
         PauseIO = false;
     }
-    ScalarCacheFile = AppendPathElts(ShotPaths[gnum], "ScalarCache.ini");
-    ScalarsFile = AppendPathElts(ShotFolder, "Scalars.ini");
-    logProgress("Finished setting shot");
+    ScalarCacheFile = AppendPathElts(ShotPaths[gnum], valuesCacheFile);
+    ScalarsFile = AppendPathElts(ShotFolder, valuesFile);
+    LogProgress("Finished setting shot");
     return true;
 }
 

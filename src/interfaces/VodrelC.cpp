@@ -10,13 +10,13 @@
 #include "data/Matrix.h"
 #include "data/ParticleGroup.h"
 #include "experiment/Experiment.h"
+#include "experiment/FolderNames.h"
 #include "files/PathUtils.h"
 #include "interfaces/HostData.h"
 
 namespace {
 
 char const *const loggingSuffix = "$L";
-char const *const shotWord = "Shot";
 
 /// The text-out rule: what fits into `*len` characters, without a NUL, and `*len` tells how many there are.
 void deliver(DString text, int *len, char *buf)

@@ -51,7 +51,8 @@ void SleepFor(int milliseconds)
     else if (milliseconds > 0) Host::SleepFor(milliseconds);
 }
 
-// ---- The user's folder ------------------------------------------------------------------------------------------------
+// ---- The user's folder
+// ------------------------------------------------------------------------------------------------
 
 static char const *userFolderInPlace = nullptr;
 

@@ -8,8 +8,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 
 #include "data/ParticleGroup.h"
 #include "files/DFile.h"
@@ -17,6 +15,8 @@
 #include "support/Hex.h"
 #include "support/LittleEndian.h"
 #include "support/ParticleBytes.h"
+#include "support/PeakMemory.h"
+#include "support/SpaceOnDisk.h"
 
 namespace {
 
@@ -108,12 +108,7 @@ protected:
         system.folder.Write(stem + ".dpt", bytes);
     }
     std::string Disk(std::string const &stem) const { return system.folder.Read(stem + ".dpt"); }
-    long long BytesOnDisk(std::string const &stem) const
-    {
-        struct stat info = {};
-        stat(system.folder.native(stem + ".dpt").c_str(), &info);
-        return 512LL * info.st_blocks;
-    }
+    long long BytesOnDisk(std::string const &stem) const { return SpaceOnDisk(system.folder.native(stem + ".dpt")); }
 
     OpenParticles ReadBytes(std::string const &bytes, int count, int first, OpenParticles into = OpenParticles()) const
     {
@@ -132,14 +127,6 @@ protected:
 
     FreshSystem system;
 };
-
-/// The most memory that the process ever held, in MiB.
-long PeakMemory()
-{
-    rusage usage = {};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-}
 
 // ---- Reading ----
 
@@ -762,14 +749,14 @@ TEST_F(ParticleFile, MoreRowsThanMemoryCanHoldAreThoseOfTheFile)
 
 TEST_F(ParticleFile, RowsOfNoColumnsFillNoMemory)
 {
-    long const before = PeakMemory();
+    long long const before = PeakMemory(true);
     ParticleBytes bytes;
     bytes.version = 1;
     bytes.columns = 0;
     bytes.maxima = bytes.minima = {};
     bytes.particles = 40000000; // 1.2 GiB
     EXPECT_EQ(40000000, ReadBytes(bytes.Bytes(), 40000000, 0).nOrigParticles());
-    EXPECT_LT(PeakMemory() - before, 300);
+    EXPECT_LT(PeakMemory(false) - before, 300LL << 20);
 }
 
 TEST_F(ParticleFile, SkipLengthsThatLeadOutOfTheFile)

@@ -244,6 +244,7 @@ TEST(DStringDates, LongLongIsATimeInTheLocalZone)
 TEST(DStringDates, SummerTimeCounts)
 {
     LocalZone const zone(centralEurope);
+    if (!zone.KnowsSummerTime()) GTEST_SKIP() << "this C runtime doesn't go by such zones";
     EXPECT_EQ(bytesOf(DString(1577880000LL)), "01/01/2020 13:00:00");
     EXPECT_EQ(bytesOf(DString(1593604800LL)), "07/01/2020 14:00:00");
 }
@@ -853,6 +854,7 @@ TEST(DStringToDate, OfAWrittenTimeIsADayEarlier)
 TEST(DStringToDate, FindsOutAboutSummerTime)
 {
     LocalZone const zone(centralEurope);
+    if (!zone.KnowsSummerTime()) GTEST_SKIP() << "this C runtime doesn't go by such zones";
     expectDates({{1594728000, "07/15/2020 14:00:00"}, {1579006800 - 3600, "01/15/2020 13:00:00"}});
 }
 

@@ -17,6 +17,7 @@
 #include "platform/Platform.h"
 #include "support/DStringInspector.h"
 #include "support/HandClock.h"
+#include "support/HostVariable.h"
 #include "support/TempFolder.h"
 
 using Strings = std::vector<std::string>;
@@ -35,40 +36,11 @@ inline DStringArray List(Strings const &items)
     return list;
 }
 
-/// An environment variable of the host, put back at the end.
-class HostVariable {
-public:
-    HostVariable(char const *name, std::string const &value) : variable(name)
-    {
-        if (char const *const old = std::getenv(name)) before = old, wasSet = true;
-        set(value.c_str());
-    }
-    HostVariable(HostVariable const &) = delete;
-    HostVariable &operator=(HostVariable const &) = delete;
-    ~HostVariable() { set(wasSet ? before.c_str() : nullptr); }
-
-private:
-    void set(char const *value) const
-    {
-#if defined _WIN32
-        _putenv_s(variable.c_str(), value ? value : "");
-        _tzset();
-#else
-        if (value) setenv(variable.c_str(), value, 1);
-        else unsetenv(variable.c_str());
-        tzset();
-#endif
-    }
-
-    std::string const variable;
-    std::string before;
-    bool wasSet = false;
-};
-
 class FilesTest : public testing::Test {
 protected:
-    FilesTest() : userFolder("XDG_DATA_HOME", folder.native("host-user"))
+    FilesTest() : userFolder(folder.path("host-user"))
     {
+        Platform::SetUserDataFolder(userFolder.c_str());
         folder.MakeFolder("user");
         globalsatload();
         UserPath = Path("user");
@@ -78,6 +50,7 @@ protected:
         globalsatload();
         Platform::ClearShares();
         Platform::SetFaultHook(nullptr);
+        Platform::SetUserDataFolder(nullptr);
         std::error_code ignored;
         std::filesystem::current_path(hostFolder, ignored);
     }
@@ -105,5 +78,5 @@ private:
     }
 
     std::filesystem::path const hostFolder = std::filesystem::current_path();
-    HostVariable const userFolder;
+    std::string const userFolder;
 };

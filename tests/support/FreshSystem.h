@@ -19,6 +19,7 @@
 #include "core/Log.h"
 #include "core/StartUp.h"
 #include "platform/Platform.h"
+#include "support/LocalZone.h"
 #include "support/TempFolder.h"
 
 /// All characters of a string, NULs too, in a form that a failing test prints.
@@ -33,31 +34,6 @@ inline DString Dstr(std::string const &s)
     if (!s.empty()) s.copy(out.GetBuffer(static_cast<int>(s.size())), s.size());
     return out;
 }
-
-/// Sets a variable of the environment as long as it lives.
-class ScopedVariable {
-public:
-    ScopedVariable(char const *variable, std::string const &value) : name(variable)
-    {
-        if (char const *const old = std::getenv(variable)) {
-            before = old;
-            wasSet = true;
-        }
-        setenv(variable, value.c_str(), 1);
-    }
-    ScopedVariable(ScopedVariable const &) = delete;
-    ScopedVariable &operator=(ScopedVariable const &) = delete;
-    ~ScopedVariable()
-    {
-        if (wasSet) setenv(name.c_str(), before.c_str(), 1);
-        else unsetenv(name.c_str());
-    }
-
-private:
-    std::string const name;
-    std::string before;
-    bool wasSet = false;
-};
 
 /// Remembers what it hears, as "code:text".
 class Listener : public DNotify {
@@ -97,9 +73,9 @@ public:
 
     /// With `start` false the core isn't started: the test does it, or does without.
     explicit FreshSystem(bool start = true)
-        : directory(std::filesystem::current_path()), user("XDG_DATA_HOME", folder.native("user")), zone("TZ", Zone)
+        : directory(std::filesystem::current_path()), userFolder(folder.path("user")), zone(Zone)
     {
-        tzset();
+        Platform::SetUserDataFolder(userFolder.c_str());
         StandingClock::now = 1718000000;
         StandingClock::counts = 5000;
         StandingClock::sleeps.clear();
@@ -118,6 +94,7 @@ public:
         VoIni = DIni();
         Platform::SetClock(nullptr);
         Platform::SetFaultHook(nullptr);
+        Platform::SetUserDataFolder(nullptr);
         Platform::ClearShares();
         std::filesystem::current_path(directory);
     }
@@ -159,8 +136,8 @@ public:
 
 private:
     std::filesystem::path const directory;
-    ScopedVariable const user;
-    ScopedVariable const zone;
+    std::string const userFolder;
+    LocalZone const zone;
 };
 
 /// A line as the log holds it while the clock of `FreshSystem` stands.

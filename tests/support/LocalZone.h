@@ -2,37 +2,20 @@
 /// "CET-1CEST,M3.5.0,M10.5.0/3").
 #pragma once
 
-#include <cstdlib>
-#include <ctime>
-#include <string>
+#include "support/HostVariable.h"
 
 class LocalZone {
 public:
-    explicit LocalZone(char const *zone)
+    explicit LocalZone(char const *zone) : variable("TZ", zone) {}
+
+    /// Whether the C runtime goes by the summer time of this zone, in July 2020; some know only the hours from UTC.
+    bool KnowsSummerTime() const
     {
-        if (char const *const current = std::getenv("TZ")) {
-            had = true;
-            before = current;
-        }
-        put(zone);
+        std::time_t const july = 1593604800;
+        std::tm const *const local = std::localtime(&july);
+        return local && local->tm_isdst > 0;
     }
-    LocalZone(LocalZone const &) = delete;
-    LocalZone &operator=(LocalZone const &) = delete;
-    ~LocalZone() { put(had ? before.c_str() : nullptr); }
 
 private:
-    static void put(char const *zone)
-    {
-#if defined _WIN32
-        _putenv_s("TZ", zone ? zone : "");
-        _tzset();
-#else
-        if (zone) setenv("TZ", zone, 1);
-        else unsetenv("TZ");
-        tzset();
-#endif
-    }
-
-    bool had = false;
-    std::string before;
+    HostVariable const variable;
 };

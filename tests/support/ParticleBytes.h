@@ -12,6 +12,7 @@
 #include "data/ParticleGroup.h"
 #include "support/FreshSystem.h"
 #include "support/LittleEndian.h"
+#include "support/NumberText.h"
 
 using ParticleRow = std::vector<float>;
 
@@ -93,7 +94,7 @@ private:
     {
         std::string text;
         for (float value : values) {
-            std::string number = std::to_string(value);
+            std::string number = FixedText(value);
             number.erase(number.find_last_not_of('0') + 1);
             if (number.back() == '.') number.pop_back();
             text += number + " ";

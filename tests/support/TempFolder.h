@@ -67,8 +67,11 @@ public:
     /// Whether there is anything under exactly this name, be it a link that leads nowhere.
     bool Has(std::string const &relative) const
     {
+        std::filesystem::path const wanted = native(relative);
         std::error_code ignored;
-        return std::filesystem::exists(std::filesystem::symlink_status(native(relative), ignored));
+        for (auto const &entry : std::filesystem::directory_iterator(wanted.parent_path(), ignored))
+            if (entry.path().filename() == wanted.filename()) return true;
+        return false;
     }
 
 private:

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "data/WaveformValues.h"
+#include "support/NumberText.h"
 #include "support/WaveformBytes.h"
 
 inline std::vector<float> FloatsOf(std::vector<waveform_values::Bits> const &bits)
@@ -35,7 +36,7 @@ inline std::vector<float> FloatsOf(waveform_values::List list)
 inline std::string Exactly(float value)
 {
     if (std::isnan(value)) return "nan";
-    return std::to_string(value) + " (" + HexOf(FloatBits(value)) + ")";
+    return FixedText(value) + " (" + HexOf(FloatBits(value)) + ")";
 }
 
 inline std::string Exactly(waveform_values::Bits bits)

@@ -19,8 +19,8 @@
 #include <list>
 #include <sys/vfs.h>
 
-#include "platform/posix/Descriptor.h"
 #include "platform/Wildcards.h"
+#include "platform/posix/Descriptor.h"
 
 namespace Platform::Posix {
 

@@ -12,8 +12,8 @@
 #include <unistd.h>
 
 #include "platform/Platform.h"
-#include "platform/posix/Descriptor.h"
 #include "platform/Replacements.h"
+#include "platform/posix/Descriptor.h"
 #include "platform/posix/PosixPaths.h"
 #include "platform/posix/PosixTrees.h"
 

@@ -16,8 +16,8 @@
 #include <utility>
 
 #include "platform/Platform.h"
-#include "platform/posix/Descriptor.h"
 #include "platform/Replacements.h"
+#include "platform/posix/Descriptor.h"
 #include "platform/posix/PosixPaths.h"
 
 namespace Platform {

@@ -10,8 +10,8 @@
 
 #include "platform/Platform.h"
 #include "platform/Replacements.h"
-#include "platform/posix/PosixPaths.h"
 #include "platform/Wildcards.h"
+#include "platform/posix/PosixPaths.h"
 
 namespace Platform {
 

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "platform/Wildcards.h"
 #include "platform/posix/FolderListings.h"
 #include "platform/posix/PosixTables.h"
-#include "platform/Wildcards.h"
 
 namespace Platform::Posix {
 

@@ -8,9 +8,9 @@
 
 #include "platform/Platform.h"
 #include "platform/Replacements.h"
+#include "platform/Wildcards.h"
 #include "platform/posix/FolderListings.h"
 #include "platform/posix/PosixPaths.h"
-#include "platform/Wildcards.h"
 
 namespace Platform {
 

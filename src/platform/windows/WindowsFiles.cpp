@@ -45,7 +45,10 @@ void CloseFile(std::FILE *file)
 
 bool SeekFile(std::FILE *file, long long offset, int origin)
 {
-    return file && _fseeki64(file, offset, origin) == 0;
+    if (!file || _fseeki64(file, offset, origin) != 0) return false;
+    // Not every runtime takes the sign of the end back.
+    if (std::feof(file) && !std::ferror(file)) std::clearerr(file);
+    return true;
 }
 
 long long TellFile(std::FILE *file)

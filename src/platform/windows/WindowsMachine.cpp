@@ -13,7 +13,8 @@
 
 namespace Platform {
 
-// ---- Folders and names ----------------------------------------------------------------------------------------------------
+// ---- Folders and names
+// ----------------------------------------------------------------------------------------------------
 
 /// Windows takes slashes for backslashes, the system doesn't.
 std::string SystemPath(char const *hostName)
@@ -66,7 +67,8 @@ std::string ComputerName()
     return GetComputerNameA(name, &size) ? name : "";
 }
 
-// ---- Clock -----------------------------------------------------------------------------------------------------------------
+// ---- Clock
+// -----------------------------------------------------------------------------------------------------------------
 
 long long Host::Counter()
 {
@@ -85,15 +87,37 @@ void Host::SleepFor(int milliseconds)
     Sleep(static_cast<unsigned long>(milliseconds));
 }
 
+// The C runtime's calendar reaches from 1970 to 3000. The Gregorian calendar repeats itself after 400 years, so that
+// other times are told by their like between 1972 and 2372.
+
+static int const cycleYears = 400;
+static long long const cycleSeconds = 12622780800;
+static long long const secondsTo1972 = 63072000;
+static int const yearsTo1972 = 72; // from 1900
+
+static long long cyclesIn(long long n, long long cycle)
+{
+    return n / cycle - (n % cycle < 0 ? 1 : 0);
+}
+
 bool LocalTime(long long time, std::tm &out)
 {
-    __time64_t const seconds = time;
-    return _localtime64_s(&out, &seconds) == 0;
+    long long const farthest = 60000000000000000; // the years of `tm` are numbers of 32 bits
+    if (time < -farthest || time > farthest) return false;
+    long long const cycles = cyclesIn(time - secondsTo1972, cycleSeconds);
+    __time64_t const like = time - cycles * cycleSeconds;
+    if (_localtime64_s(&out, &like) != 0) return false;
+    out.tm_year += static_cast<int>(cycles) * cycleYears;
+    return true;
 }
 
 long long TimeFromLocal(std::tm &local)
 {
-    return _mktime64(&local);
+    int const cycles = static_cast<int>(cyclesIn(static_cast<long long>(local.tm_year) - yearsTo1972, cycleYears));
+    local.tm_year -= cycles * cycleYears;
+    long long const like = _mktime64(&local);
+    local.tm_year += cycles * cycleYears;
+    return like == -1 ? -1 : like + cycles * cycleSeconds;
 }
 
 } // namespace Platform

@@ -1,7 +1,8 @@
-#include "platform/windows/WindowsServices.h"
+#include <string>
 
 #include "platform/Platform.h"
 #include "platform/windows/WindowsPaths.h"
+#include "platform/windows/WindowsServices.h"
 
 namespace Platform {
 
@@ -26,13 +27,16 @@ char const *ModuleExtension()
     return ".dll";
 }
 
-/// By full name: a bare one would be sought among the libraries of the system.
+/// By full name: a bare one would be sought among the libraries of the system. A name without any dot would get ".dll",
+/// unless it ends in one.
 void *LoadModule(char const *path)
 {
     char full[MAX_PATH];
     NoQuestions const during;
     if (!Windows::IsFileName(path) || !GetFullPathNameA(path, MAX_PATH, full, nullptr)) return nullptr;
-    return LoadLibraryA(full);
+    std::string const name = full;
+    bool const hasDot = name.find('.', name.find_last_of('\\') + 1) != std::string::npos;
+    return LoadLibraryA((hasDot ? name : name + '.').c_str());
 }
 
 void *ModuleSymbol(void *module, char const *name)

@@ -17,7 +17,8 @@ namespace Platform {
 
 using namespace Windows;
 
-// ---- The shell's operation ---------------------------------------------------------------------------------------------
+// ---- The shell's operation
+// ---------------------------------------------------------------------------------------------
 
 static unsigned short const quiet = FOF_SILENT | FOF_NOCONFIRMATION;
 static unsigned short const filesOnly = quiet | FOF_FILESONLY | FOF_NOERRORUI | FOF_NORECURSION;
@@ -40,7 +41,8 @@ static NameList namesIn(std::string const &folder, std::vector<WIN32_FIND_DATAA>
     return names;
 }
 
-// ---- Folders -------------------------------------------------------------------------------------------------------------
+// ---- Folders
+// -------------------------------------------------------------------------------------------------------------
 
 bool MakeFolder(char const *path)
 {
@@ -61,7 +63,8 @@ static bool needFolder(std::string const &folder)
     return IsFileName(folder.c_str()) && CreateDirectoryA(folder.c_str(), nullptr);
 }
 
-// ---- Copying -------------------------------------------------------------------------------------------------------------
+// ---- Copying
+// -------------------------------------------------------------------------------------------------------------
 
 /// The copy is made beside the target, and takes its name in one step.
 bool CopyOneFile(char const *from, char const *to)
@@ -70,7 +73,8 @@ bool CopyOneFile(char const *from, char const *to)
     if (!Allowed("CopyOneFile") || !IsFileName(from) || !IsFileName(to) || !CutPattern(to, cut)) return false;
     if (IsFolder(GetFileAttributesA(from)) || IsFolder(GetFileAttributesA(to)) || IsSame(from, to)) return false;
     std::string const copy = cut.folder + ".vodrel-copy-" + std::to_string(GetCurrentProcessId());
-    bool const copied = CopyFileA(from, copy.c_str(), FALSE) && MoveFileExA(copy.c_str(), to, MOVEFILE_REPLACE_EXISTING);
+    bool const copied =
+        CopyFileA(from, copy.c_str(), FALSE) && MoveFileExA(copy.c_str(), to, MOVEFILE_REPLACE_EXISTING);
     if (!copied) DeleteFileA(copy.c_str());
     return copied;
 }
@@ -79,7 +83,8 @@ bool CopyOneFile(char const *from, char const *to)
 static bool standsIn(std::string const &inner, std::string const &outer)
 {
     char a[MAX_PATH], b[MAX_PATH];
-    if (!GetFullPathNameA(inner.c_str(), MAX_PATH, a, nullptr) || !GetFullPathNameA(outer.c_str(), MAX_PATH, b, nullptr))
+    if (!GetFullPathNameA(inner.c_str(), MAX_PATH, a, nullptr) ||
+        !GetFullPathNameA(outer.c_str(), MAX_PATH, b, nullptr))
         return false;
     std::string const path = a, root = b;
     bool const isPrefix = path.size() >= root.size() && SameFolded(path.substr(0, root.size()), root);
@@ -106,7 +111,8 @@ bool CopyMatching(char const *pattern, char const *to, bool wholeTrees)
     return names.IsEmpty() || operate(FO_COPY, names, target, wholeTrees ? quiet : filesOnly);
 }
 
-// ---- Deleting and renaming -------------------------------------------------------------------------------------------------
+// ---- Deleting and renaming
+// -------------------------------------------------------------------------------------------------
 
 bool DeleteMatching(char const *pattern)
 {

@@ -57,7 +57,8 @@ bool FindMatches(char const *pattern, Matches &matches)
     std::string const asked = matches.hadWildcards ? cut.folder + "*" : cut.folder + cut.name;
     Pattern const wanted(cut.name);
     WIN32_FIND_DATAA found;
-    HANDLE const listing = FindFirstFileExA(asked.c_str(), FindExInfoStandard, &found, FindExSearchNameMatch, nullptr, 0);
+    HANDLE const listing =
+        FindFirstFileExA(asked.c_str(), FindExInfoStandard, &found, FindExSearchNameMatch, nullptr, 0);
     if (listing == INVALID_HANDLE_VALUE) {
         unsigned long const failure = GetLastError();
         return matches.hadWildcards && (failure == ERROR_FILE_NOT_FOUND || failure == ERROR_NO_MORE_FILES);
