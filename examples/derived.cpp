@@ -4,7 +4,7 @@
 ///
 /// Into each shot goes a matrix "B", the magnetic field of the coil at the peak of the current, over radius and length.
 /// Into the experiment folder goes a particle table "Tracers", to which each shot appends its electrons. The program
-/// ends with a table of numbers that the library derives from each shot's current.
+/// prints a table of numbers that the library derives from each shot's current, and ends with a label of the last shot.
 ///
 /// Exit status: 0 all went well, 1 something failed and was said on standard error, 2 wrong use.
 
@@ -19,9 +19,10 @@ namespace {
 // ---- The coil: that of the discharges, wound in one layer ----
 
 double const turns = 109;
-double const coilRadius = 0.10; // m
-double const coilLength = 0.30; // m
-double const mu0 = 4e-7 * M_PI; // V s / (A m)
+double const coilRadius = 0.10;            // m
+double const coilLength = 0.30;            // m
+double const fullTurn = 6.283185307179586; // rad
+double const mu0 = 2e-7 * fullTurn;        // V s / (A m)
 
 int const radii = 19;          // points from the axis to 90 mm
 int const lengths = 41;        // points from -200 to 200 mm
@@ -49,7 +50,7 @@ Elliptic elliptic(double m)
         a = mean;
         sum += power * c * c;
     }
-    double const k = M_PI / (2 * a);
+    double const k = fullTurn / (4 * a);
     return {k, k * (1 - sum)};
 }
 
@@ -61,7 +62,7 @@ double fieldOfLoop(double r, double z)
     double const outer = (a + r) * (a + r) + z * z;
     double const inner = (a - r) * (a - r) + z * z;
     Elliptic const integral = elliptic(4 * a * r / outer);
-    return mu0 / (2 * M_PI * std::sqrt(outer)) * (integral.k + (a * a - r * r - z * z) / inner * integral.e);
+    return mu0 / (fullTurn * std::sqrt(outer)) * (integral.k + (a * a - r * r - z * z) / inner * integral.e);
 }
 
 /// The axial field of the whole coil, in T.
@@ -124,7 +125,7 @@ bool appendTracers(float current, int shotNumber, DString const &file)
     double const field = fieldOfCoil(current, 0, 0);
     ParticleGroup electrons(tracersPerShot);
     for (int i = 0; i < tracersPerShot; ++i) {
-        electrons.PData()[i] = tracer(field, 2 * M_PI * i / tracersPerShot, shotNumber);
+        electrons.PData()[i] = tracer(field, fullTurn * i / tracersPerShot, shotNumber);
     }
     electrons.note = "electrons: x, y, z [m], vx, vy, vz [m/s], field [T], shot";
     electrons.Scale(); // the extremes go into the file's header
@@ -203,6 +204,8 @@ void printEnd(DString const &tracers, char const *folder)
                 lengths);
     std::printf("  Tracers.dpt                   %d electrons, %d of each shot\n", all.nOrigParticles(),
                 tracersPerShot);
+    DString const label = Expt.GetExpandedLabel("Shot ![Shot]: peak ![I\\mx%.0f] A at ![ChargeVoltage%.1f] kV");
+    std::printf("\n%s\n", label.c_str());
 }
 
 } // namespace

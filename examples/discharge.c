@@ -1,5 +1,5 @@
-/* Discharges of a capacitor bank through the coil of a pulsed magnet: computes them, stores each as a shot, reads the
- * shots back and prints a table.
+/* Discharges of a capacitor bank through the coil of a pulsed magnet: computes them, stores each as a shot, and
+ * prints a table of what the library makes of them by formulas.
  *
  *     discharge FOLDER
  *
@@ -12,7 +12,6 @@
 #include <stdbool.h>
 #include <stdint.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
 
 #include "interfaces/VodrelC.h"
@@ -34,7 +33,7 @@ static double const FIRST_VOLTAGE = 2000.0; /* V, of the first shot */
 static double const NEXT_VOLTAGE = 1000.0;  /* V, more for each further shot */
 static double const VOLTAGE_NOISE = 0.2;    /* V, root mean square, of the voltage divider */
 static double const CURRENT_NOISE = 1.0;    /* A, root mean square, of the current probe */
-static double const TABLE_STEP = 10.0;      /* A, the last digit of the currents in the table */
+static double const PEAK_ERROR = 10.0;      /* A, by which noise and a coarse reading can change a peak */
 
 /* ---- The circuit: bank, coil and resistance in series ---- */
 
@@ -226,13 +225,11 @@ static bool storeshot(int index, bool *again)
     static float voltages[SAMPLES];
     static float currents[SAMPLES];
     char shot[NAME_ROOM];
-    char text[TEXT_ROOM];
     shotname(index, shot, sizeof shot);
     compute(chargevoltage(index), (uint32_t)(2463534242u + (uint32_t)index), voltages, currents);
     if (!createshot(shot, again)) return false;
-    snprintf(text, sizeof text, "%.0f", chargevoltage(index));
     SetStringDataC("Comment", COMMENT);
-    SetStringDataC("ChargeVoltage", text);
+    SetScalarDataC("ChargeVoltage", (float)(chargevoltage(index) / 1e3));
     SetStringDataC("Operator", OPERATOR);
     SetWaveformC("V", SAMPLES, 0.0f, (float)SAMPLE_TIME, voltages);
     SetWaveformC("I", SAMPLES, 0.0f, (float)SAMPLE_TIME, currents);
@@ -255,12 +252,29 @@ static bool storeshots(void)
 
 /* ---- Reading back ---- */
 
+/* The library computes the derived numbers: each is a formula over the shot, in the units in which the shot was
+ * stored (kV, A, s). */
 typedef struct {
-    char chargevoltage[TEXT_ROOM]; /* V, as it stands in the shot */
-    int samples;
-    float step;  /* s */
-    float peak;  /* A */
-    long length; /* of the current's file, bytes */
+    char const *head;
+    char const *formula;
+    char const *unit;
+    double factor; /* to that unit */
+    int decimals;
+} Column;
+
+enum { CHARGE_VOLTAGE, PEAK, RISE_TIME, WIDTH, HALF_SQUARE, COLUMNS };
+
+static Column const columns[COLUMNS] = {
+    {"Charge voltage", "ChargeVoltage*1000", "[V]", 1, 0},
+    {"Peak current", "I\\mx", "[kA]", 1e-3, 2},
+    {"Rise 10-90", "I\\19", "[ms]", 1e3, 2},
+    {"Width at half", "I\\fh", "[ms]", 1e3, 2},
+    {"Charge^2 / 2", "(I\\in)^2*0.5", "[(As)^2]", 1, 0}, /* over the capacitance: the energy that this charge had */
+};
+
+typedef struct {
+    float values[COLUMNS];
+    float largest; /* A, of the samples */
 } Row;
 
 /* The length of a waveform's file in the current shot. The library's name of the folder becomes one of the host: Linux
@@ -293,41 +307,74 @@ static float largest(float const *values, int n)
 }
 
 /* A disk that was full leaves a file that is too short for its samples; the library reads what is missing as 0. */
+static bool iswhole(char const *shot)
+{
+    int n;
+    float start, step;
+    GetWaveformInfoC("I", &n, &start, &step);
+    if (n != SAMPLES) return failed("has another number of samples than were stored", shot);
+    if (filelength("I") < (long)sizeof(float) * SAMPLES) return failed("is cut off: is the disk full?", shot);
+    return true;
+}
+
 static bool readshot(char const *shot, Row *row)
 {
     static float currents[COARSE];
-    float start;
     if (!SetShotC(shot)) return failed("can't be made the current shot", shot);
-    GetWaveformInfoC("I", &row->samples, &start, &row->step);
-    if (row->samples != SAMPLES) return failed("has another number of samples than were stored", shot);
-    row->length = filelength("I");
-    if (row->length < (long)sizeof(float) * SAMPLES) return failed("is cut off: is the disk full?", shot);
-    GetWaveformC("I", COARSE, start, row->step * (float)(SAMPLES / COARSE), currents);
-    row->peak = largest(currents, COARSE);
-    shottext("ChargeVoltage", row->chargevoltage, sizeof row->chargevoltage);
+    if (!iswhole(shot)) return false;
+    for (int i = 0; i < COLUMNS; i++) row->values[i] = GetScalarDataC(columns[i].formula);
+    GetWaveformC("I", COARSE, 0.0f, (float)(SAMPLE_TIME * (SAMPLES / COARSE)), currents);
+    row->largest = largest(currents, COARSE);
     return true;
+}
+
+/* Neither the circuit nor the samples as they are read back may have another peak than the formula gives. */
+static bool ispeak(Row const *row, double expected)
+{
+    double const peak = row->values[PEAK];
+    return fabs(peak - expected) <= PEAK_ERROR && fabs(peak - row->largest) <= PEAK_ERROR;
 }
 
 static bool printrow(char const *shot, Row const *row)
 {
-    double const expected = peakcurrent(&MAGNET, strtod(row->chargevoltage, NULL));
-    printf("%-5s %14s %10d %11.2f %14.2f %14.2f %14ld\n", shot, row->chargevoltage, row->samples, row->step * 1e6,
-           row->peak / 1e3, expected / 1e3, row->length);
-    if (fabs(row->peak - expected) > TABLE_STEP) return failed("has a peak that the circuit can't have", shot);
-    return true;
+    double const expected = peakcurrent(&MAGNET, row->values[CHARGE_VOLTAGE]);
+    printf("%-4s", shot);
+    for (int i = 0; i < COLUMNS; i++) printf(" %18.*f", columns[i].decimals, columns[i].factor * row->values[i]);
+    printf(" %14.2f\n", expected / 1e3);
+    return ispeak(row, expected) || failed("has a peak that the circuit can't have", shot);
+}
+
+static void printhead(void)
+{
+    printf("%-4s", "Shot");
+    for (int i = 0; i < COLUMNS; i++) printf(" %18s", columns[i].head);
+    printf(" %14s\n%-4s", "Peak by theory", "");
+    for (int i = 0; i < COLUMNS; i++) printf(" %18s", columns[i].formula);
+    printf("\n%-4s", "");
+    for (int i = 0; i < COLUMNS; i++) printf(" %18s", columns[i].unit);
+    printf(" %14s\n", "[kA]");
+}
+
+/* What stands in braces is a formula. */
+static void printsentence(char const *text)
+{
+    char sentence[TEXT_ROOM];
+    int length = sizeof sentence - 1;
+    GetScalarDataSafeC(text, &length, sentence);
+    sentence[length] = '\0';
+    printf("\n%s\n", sentence);
 }
 
 static bool printtable(void)
 {
     char shot[NAME_ROOM];
     Row row;
-    printf("%-5s %14s %10s %11s %14s %14s %14s\n", "Shot", "Charge voltage", "Samples", "Sample time", "Peak current",
-           "Peak by theory", "File of I");
-    printf("%-5s %14s %10s %11s %14s %14s %14s\n", "", "[V]", "", "[us]", "[kA]", "[kA]", "[bytes]");
+    printhead();
     for (int i = 0; i < SHOTS; i++) {
         shotname(i, shot, sizeof shot);
         if (!readshot(shot, &row) || !printrow(shot, &row)) return false;
     }
+    printsentence("The last shot sent {I\\in} As through the coil.");
     return true;
 }
 
@@ -339,7 +386,7 @@ static void printfolder(char const *folder)
     printf("\nThe experiment stays in %s. In it lie\n", folder);
     printf("  Shots/ShotA001 ... ShotA%03d   the shots, and in each of them\n", SHOTS);
     printf("    %-27s voltage of the bank [V], current in the coil [A]\n", "V.wvf, I.wvf");
-    printf("    %-27s Comment, ChargeVoltage [V], Operator, Date\n", "Scalars.ini");
+    printf("    %-27s Comment, ChargeVoltage [kV], Operator, Date\n", "Scalars.ini");
     printf("  %-29s the same strings of all shots in one file\n", "Shots/ScalarCache.ini");
     printf("  %-29s settings of the experiment, all left as they are by default\n", settings);
     printf("  %-29s room for queries and macros\n", "Query, Macros");

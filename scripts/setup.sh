@@ -13,7 +13,10 @@ ccache                  ccache
 objdump                 binutils
 strace                  strace
 python3                 python3
+gdl                     gnudatalanguage
 clang-format            clang-format
+doxygen                 doxygen
+share/i18n/locales/de_DE  locales
 include/gtest/gtest.h   libgtest-dev
 include/gmock/gmock.h   libgmock-dev
 include/benchmark/benchmark.h  libbenchmark-dev

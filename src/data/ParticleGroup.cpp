@@ -7,6 +7,8 @@
 #include <cstring>
 #include <new>
 
+#include "platform/Platform.h"
+
 namespace {
 
 enum Column { PositionX = 0, PositionY = 1, VectorX = 3, VectorY = 4 };
@@ -32,8 +34,8 @@ void toRectangular(PGParticle &row)
     float const r = p[PositionX];
     float const u = p[VectorX];
     float const v = p[VectorY];
-    auto const c = static_cast<float>(std::cos(wide(p[PositionY])));
-    auto const s = static_cast<float>(std::sin(wide(p[PositionY])));
+    auto const c = static_cast<float>(Platform::Cos(wide(p[PositionY])));
+    auto const s = static_cast<float>(Platform::Sin(wide(p[PositionY])));
     p[PositionX] = static_cast<float>(wide(c) * wide(r));
     p[PositionY] = static_cast<float>(wide(s) * wide(r));
     p[VectorX] = static_cast<float>(wide(c) * wide(u) - wide(s) * wide(v));
@@ -49,8 +51,8 @@ void toPolar(PGParticle &row)
     float const v = p[VectorY];
     p[PositionX] = static_cast<float>(std::sqrt(wide(y) * wide(y) + wide(x) * wide(x)));
     p[PositionY] = static_cast<float>(std::atan2(wide(y), wide(x)));
-    auto const s = static_cast<float>(std::sin(wide(p[PositionY])));
-    auto const c = static_cast<float>(std::cos(wide(p[PositionY])));
+    auto const s = static_cast<float>(Platform::Sin(wide(p[PositionY])));
+    auto const c = static_cast<float>(Platform::Cos(wide(p[PositionY])));
     p[VectorX] = static_cast<float>(wide(s) * wide(v) + wide(c) * wide(u));
     p[VectorY] = static_cast<float>(wide(c) * wide(v) - wide(s) * wide(u));
 }

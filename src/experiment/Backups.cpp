@@ -29,11 +29,17 @@ DString replaceFolded(DString const &text, DString const &find, DString const &p
     return result;
 }
 
+/// A backup must never go over another because a look has failed.
+bool isTaken(DString folder)
+{
+    return FolderExists(folder) || FolderExists(folder);
+}
+
 /// The name itself if it is free, otherwise with the first number that is.
 DString freeFolder(DString const &base)
 {
     DString folder = base;
-    for (int i = 1; FolderExists(folder); ++i) folder = base + '_' + DString(i);
+    for (int i = 1; isTaken(folder); ++i) folder = base + '_' + DString(i);
     return folder;
 }
 

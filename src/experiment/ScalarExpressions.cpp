@@ -29,6 +29,7 @@
 #include "data/ParticleGroup.h"
 #include "data/Waveform.h"
 #include "experiment/FolderNames.h"
+#include "platform/Platform.h"
 
 namespace {
 
@@ -59,8 +60,8 @@ struct Function {
 
 /// In double precision on the widened value, but for the arc tangent.
 Function const functions[] = {
-    {"sin", [](float x) { return narrow(std::sin(static_cast<double>(x))); }},
-    {"cos", [](float x) { return narrow(std::cos(static_cast<double>(x))); }},
+    {"sin", [](float x) { return narrow(Platform::Sin(static_cast<double>(x))); }},
+    {"cos", [](float x) { return narrow(Platform::Cos(static_cast<double>(x))); }},
     {"tan", [](float x) { return narrow(std::tan(static_cast<double>(x))); }},
     {"log", [](float x) { return narrow(std::log(static_cast<double>(x))); }},
     {"exp", [](float x) { return narrow(std::exp(static_cast<double>(x))); }},

@@ -259,6 +259,7 @@ VODREL_API void GetMatrixC(char const *name, int n1, float, float, int n2, float
                            float *out)
 {
     Matrix matrix(1, 1, 1);
+    matrix.Zero();
     load(matrix, name, -1, 0);
     bool const fits = n1 == matrix.GetSize(1) && n2 == matrix.GetSize(2) && n3 == matrix.GetSize(3);
     if (fits && out) std::copy_n(matrix.Data(), matrix.Count(), out);
@@ -299,7 +300,7 @@ VODREL_API void GetPGroupC(char const *name, int *count, int first, float *out)
     load(particles, name, room, fromZero ? 0 : first);
     if (fromZero) particles.SetGeometry(0);
     int n = particles.nParticles();
-    if (room >= 0 && n > room) n = room; // a selection in the name may ask for more
+    if (room >= 0 && n > room) n = room; // a start below 0 asks for more
     if (out) std::copy_n(particles.PData(), n, reinterpret_cast<PGParticle *>(out));
     *count = n;
 }

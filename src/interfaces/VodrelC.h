@@ -81,8 +81,8 @@ void GetMatrixC(char const *name, int n1, float start1, float step1, int n2, flo
 void GetMatrixInfoC(char const *name, int *n1, float *start1, float *step1, int *n2, float *start2, float *step2,
                     int *n3, float *start3, float *step3);
 
-/** Stores n1 * n2 * n3 values. A step of 0 or less leaves the coordinates 0. A size below 1 stores a size of 1, and
- * values that are not given are 0. A matrix of more than 2^31 - 1 values isn't stored. */
+/** Stores n1 * n2 * n3 values. A step of 0 or less sets no coordinates: they are 0, 0, 1, 2 and so on. A size below 1
+ * stores a size of 1, and values that are not given are 0. A matrix of more than 2^31 - 1 values isn't stored. */
 void SetMatrixC(char const *name, int n1, float start1, float step1, int n2, float start2, float step2, int n3,
                 float start3, float step3, float const *data);
 

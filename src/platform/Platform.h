@@ -163,6 +163,12 @@ int PrintNumber(char *target, std::size_t size, char const *format, double value
 double ParseNumber(char const *text, char const **end);
 int ScanValue(std::FILE *file, char const *format, void *target);
 
+// ---- Elementary functions ------------------------------------------------------------------------
+
+/// Right to the last places for any argument, which not every compiler's own library is.
+double Sin(double radians);
+double Cos(double radians);
+
 // ---- Modules --------------------------------------------------------------------------------------
 
 char const *ModuleExtension(); ///< with its dot

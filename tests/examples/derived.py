@@ -1,7 +1,8 @@
-"""Checks a row of the table that `derived` prints against the samples: derived.py I.wvf ROW
+"""Checks what `derived` prints against the samples: derived.py I.wvf ROW [LABEL]
 
 The peak, its time, the 10-90 rise, the full width at half maximum and the integral are worked out here in double
-precision; the field on the axis in the middle of the coil is a lower bound of the largest field.
+precision; the field on the axis in the middle of the coil is a lower bound of the largest field. The label is that of
+shot A008, which was charged to 9 kV.
 """
 
 import math
@@ -28,7 +29,7 @@ def crossings(samples, level):
     return first, last
 
 
-def main(path, row):
+def main(path, row, label=None):
     step, samples = read(path)
     peak = max(samples)
     at = samples.index(peak)
@@ -42,6 +43,9 @@ def main(path, row):
     for number, (value, wanted) in enumerate(zip(shown, expected)):
         assert abs(value - wanted) <= 2e-3 * abs(wanted), f"column {number + 1} is {value}, not {wanted}"
     assert middle <= shown[5] <= 1.2 * middle, f"a field of {shown[5]} T, with {middle} T in the middle"
+    if label is not None:
+        wanted = f"Shot A008: peak {peak:.0f} A at 9.0 kV"
+        assert label == wanted, f"the label is '{label}', not '{wanted}'"
 
 
 if __name__ == "__main__":

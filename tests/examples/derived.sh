@@ -25,6 +25,8 @@ done
 for i in 1 8; do
     python3 "$here/derived.py" "Bank/Shots/ShotA00$i/I.wvf" "$(grep "^A00$i " "$scratch/out")" || fail "the row of A00$i"
 done
+python3 "$here/derived.py" Bank/Shots/ShotA008/I.wvf "$(grep '^A008 ' "$scratch/out")" "$(tail -n 1 "$scratch/out")" ||
+    fail "the label at the end"
 
 # ---- Without the shots, and wrong use ----
 run nothing

@@ -85,6 +85,7 @@ TEST_F(FolderMaking, NetworkNameThatIsNotThereMakesNothing)
     }
 }
 
+#if !defined _WIN32
 TEST_F(FolderMaking, MakesTheChainOnAShareAndADrive)
 {
     Platform::SetNetworkShare("server", "share", folder.native());
@@ -96,6 +97,7 @@ TEST_F(FolderMaking, MakesTheChainOnAShareAndADrive)
     Platform::SetNetworkShare("server", "share", "");
     Platform::SetDrive('Q', "");
 }
+#endif
 
 // ---- Copying ---------------------------------------------------------------------------------
 

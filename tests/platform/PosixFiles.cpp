@@ -201,7 +201,7 @@ TEST(OpenFile, ClosesItsDescriptorOnEveryWay)
 TEST(Stream, LinesCharactersAndEndWorkAsInC)
 {
     TempFolder folder;
-    folder.Write("file", "first line\n12 3.5\nlast");
+    folder.Write("file", "first line\n12 350\nlast");
     OpenedFile const file(folder.path("file"), "r");
     char line[100];
     ASSERT_NE(nullptr, std::fgets(line, sizeof line, file));
@@ -210,7 +210,7 @@ TEST(Stream, LinesCharactersAndEndWorkAsInC)
     double broken = 0;
     EXPECT_EQ(2, std::fscanf(file, "%d %lf\n", &whole, &broken));
     EXPECT_EQ(12, whole);
-    EXPECT_EQ(3.5, broken);
+    EXPECT_EQ(350, broken);
     EXPECT_EQ('l', std::fgetc(file));
     EXPECT_EQ('L', std::ungetc('L', file));
     EXPECT_EQ(18, TellFile(file));

@@ -68,7 +68,7 @@ struct StandingClock {
 
 class FreshSystem {
 public:
-    static constexpr char const *Zone = "CET-1CEST,M3.5.0,M10.5.0/3";
+    static constexpr char const *Zone = "EET-2";
     static constexpr char const *Date = "06/10/2024 08:13:20";
 
     /// With `start` false the core isn't started: the test does it, or does without.

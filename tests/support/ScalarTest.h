@@ -89,6 +89,15 @@ protected:
     }
 };
 
+// How long a long text is. The sanitizer's own search for a text reads to the end at each call.
+#if defined __SANITIZE_ADDRESS__
+int const many = 10000;
+int const megabyte = 1 << 16;
+#else
+int const many = 100000;
+int const megabyte = 1 << 20;
+#endif
+
 /// The same text many times.
 inline std::string Times(int n, std::string const &text)
 {

@@ -1,19 +1,20 @@
 /// How much of a disk a file really takes, which for a file with holes is less than its size.
 #pragma once
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
-#if !defined _WIN32
+#if defined _WIN32
+#include <windows.h>
+#else
 #include <sys/stat.h>
 #endif
 
 inline long long SpaceOnDisk(std::string const &native)
 {
 #if defined _WIN32
-    std::error_code ignored;
-    return static_cast<long long>(std::filesystem::file_size(native, ignored));
+    unsigned long high = 0;
+    unsigned long const low = GetCompressedFileSizeA(native.c_str(), &high);
+    return static_cast<long long>(static_cast<unsigned long long>(high) << 32 | low);
 #else
     struct stat info = {};
     stat(native.c_str(), &info);

@@ -1,5 +1,6 @@
 // Numbers as in the C locale, whatever the host has set: the thread takes that locale for the length of one call.
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <locale.h>
@@ -47,6 +48,16 @@ int ScanValue(std::FILE *file, char const *format, void *target)
 {
     CLocale const during;
     return file && format ? std::fscanf(file, format, target) : EOF;
+}
+
+double Sin(double radians)
+{
+    return std::sin(radians);
+}
+
+double Cos(double radians)
+{
+    return std::cos(radians);
 }
 
 } // namespace Platform

@@ -8,7 +8,28 @@
 
 #include "platform/Platform.h"
 
+#if defined __MINGW32__
+/// The functions of the system's runtime. The compiler brings others of the same names, which leave the reduction of
+/// large angles to the processor: its pi has 66 bits.
+extern "C" double (*__imp_sin)(double);
+extern "C" double (*__imp_cos)(double);
+#else
+#include <cmath>
+static double (*const __imp_sin)(double) = std::sin;
+static double (*const __imp_cos)(double) = std::cos;
+#endif
+
 namespace Platform {
+
+double Sin(double radians)
+{
+    return __imp_sin(radians);
+}
+
+double Cos(double radians)
+{
+    return __imp_cos(radians);
+}
 
 namespace {
 

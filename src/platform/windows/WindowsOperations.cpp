@@ -122,7 +122,24 @@ bool DeleteMatching(char const *pattern)
     return names.IsEmpty() || operate(FO_DELETE, names, NameList(), quiet);
 }
 
-/// The shell takes a change of case alone for two names of one thing, and refuses.
+static bool isSpelled(char const *path)
+{
+    CutPath cut;
+    Matches matches;
+    return CutPattern(path, cut) && FindMatches(path, matches) && matches.found[0].cFileName == cut.name;
+}
+
+/// The shell refuses a change of case alone, since the new name is there. Where a rename by itself does nothing, it
+/// goes by way of a third name.
+static bool changeCase(char const *from, char const *to)
+{
+    if (std::rename(from, to) != 0) return false;
+    if (isSpelled(to)) return true;
+    std::string const between = std::string(to) + ".vodrel-rename-" + std::to_string(GetCurrentProcessId());
+    if (std::rename(to, between.c_str()) != 0) return false;
+    return std::rename(between.c_str(), to) == 0 || (std::rename(between.c_str(), from), false);
+}
+
 bool Rename(char const *from, char const *to)
 {
     if (!Allowed("Rename") || !IsFileName(from) || !IsFileName(to)) return false;
@@ -130,7 +147,8 @@ bool Rename(char const *from, char const *to)
     if (source == INVALID_FILE_ATTRIBUTES) return false;
     bool const isTaken = GetFileAttributesA(to) != INVALID_FILE_ATTRIBUTES;
     if (isTaken && !IsSame(from, to)) return false;
-    if (isTaken || !IsFolder(source)) return std::rename(from, to) == 0;
+    if (isTaken) return changeCase(from, to);
+    if (!IsFolder(source)) return std::rename(from, to) == 0;
     NameList names, target;
     names.Add(from);
     target.Add(to);
