@@ -18,6 +18,7 @@
 #include "experiment/FolderNames.h"
 #include "files/DFile.h"
 #include "files/PathUtils.h"
+#include "platform/Platform.h"
 
 namespace {
 
@@ -84,6 +85,8 @@ Shots readList(Experiment const &experiment, DString file)
     if (!file.EndsWith(listExtension)) file << listExtension;
     DStringArray lines;
     DFile::GetLines(file, lines);
+    // A look that fails reads as an empty list, and a merge into the list itself would lose what it held.
+    if (lines.Count() == 0) DFile::GetLines(file, lines);
     Shots shots;
     for (int i = 0; i < lines.Count(); ++i) shots.push_back(shotOfLine(experiment, lines[i]));
     return shots;
@@ -153,9 +156,11 @@ std::set<int> candidates(Experiment const &experiment, Range const &range)
         return numbers;
     }
     for (int group = 0; ~experiment.GetShotGroupPath(group); ++group) {
-        DStringArray folders;
-        GetFolders(folderOf(experiment, {range.prefix + '*', group}), folders, true);
-        for (int i = 0; i < folders.Count(); ++i) addEndings(folders[i], range, numbers);
+        DString const pattern = folderOf(experiment, {range.prefix + '*', group});
+        Platform::Search search(pattern.c_str(), Platform::Detail::Names); // which shows names with a dot in front, too
+        for (Platform::Entry entry; search.Next(entry);) {
+            if (entry.isFolder) addEndings(DString(entry.name.c_str()), range, numbers);
+        }
     }
     return numbers;
 }

@@ -147,9 +147,9 @@ TEST_F(ShotLifeCycle, TheNameAsCommentIsNotStoredButTheDateIs)
 TEST_F(ShotLifeCycle, ADateIsInLocalTime)
 {
     OpenWithRuns();
-    StandingClock::now = 1704067199; // a second before the new year in UTC, winter time
+    StandingClock::now = 1704067199; // a second before the new year in UTC
     Create("A1");
-    EXPECT_EQ("[Fields]\r\nDate=01/01/2024 00:59:59", Scalars(0, "A1"));
+    EXPECT_EQ("[Fields]\r\nDate=01/01/2024 01:59:59", Scalars(0, "A1"));
 }
 
 TEST_F(ShotLifeCycle, AFileBehindTheNameIsATestOnly)

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "platform/Platform.h"
-#include "support/PeakMemory.h"
 #include "support/ShotListTest.h"
 #include "support/Stopwatch.h"
 
