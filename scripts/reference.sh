@@ -16,6 +16,7 @@ rm -rf "$folder/html"
 mkdir -p "$folder"
 doxygen - <<END || { echo "reference.sh: Doxygen warned; what it made is in $folder/html" >&2; exit 1; }
 @INCLUDE = docs/Doxyfile
+INPUT += $(sed 's,^,src/,' cmake/public-headers.txt | tr '\n' ' ')
 OUTPUT_DIRECTORY = "$folder"
 PROJECT_NUMBER = $version
 END
