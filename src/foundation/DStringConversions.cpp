@@ -145,10 +145,14 @@ DString &DString::operator<<(long long time)
     ReAlloc(old + dateRoom);
     std::tm local = {};
     char text[dateRoom + 1] = {};
-    std::size_t n = 0;
-    if (Platform::LocalTime(time, local)) n = std::strftime(text, sizeof text, "%m/%d/%Y %H:%M:%S", &local);
-    std::memcpy(chars + old, text, n);
-    setLength(old + static_cast<int>(n));
+    int n = 0;
+    // Systems differ in how they write a year of few digits, or one before the first.
+    if (Platform::LocalTime(time, local))
+        n = std::snprintf(text, sizeof text, "%02d/%02d/%04lld %02d:%02d:%02d", local.tm_mon + 1, local.tm_mday,
+                          1900LL + local.tm_year, local.tm_hour, local.tm_min, local.tm_sec);
+    if (n > dateRoom) n = 0;
+    std::memcpy(chars + old, text, static_cast<std::size_t>(n));
+    setLength(old + n);
     return *this;
 }
 
