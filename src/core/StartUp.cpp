@@ -1,5 +1,7 @@
 #include "core/StartUp.h"
 
+#include <vector>
+
 #include "core/Log.h"
 #include "files/PathUtils.h"
 #include "platform/Platform.h"
@@ -24,6 +26,18 @@ void writeFreshSettings()
         VoIni.SetSection(setting.section);
         VoIni.SetKeyValue(setting.key, setting.value);
     }
+}
+
+/// The lines of a section of the settings, name and folder; blanks around these don't count.
+std::vector<Platform::Mapping> mappings(char const *section)
+{
+    std::vector<Platform::Mapping> rows;
+    DStringArray const lines = VoIni.GetFullSection(section);
+    for (int i = 0; i < lines.Count(); ++i) {
+        DString line(lines[i]);
+        rows.push_back({line.BeforeFirst('=', false).Trim().c_str(), line.AfterFirst('=', false).Trim().c_str()});
+    }
+    return rows;
 }
 
 DString programFolder()
@@ -62,6 +76,7 @@ void SetUserPath()
     bool const isFresh = !existed && VoIni.nSections() == 0;
     VoIni.SetSection("Startup");
     if (isFresh) writeFreshSettings();
+    Platform::SetMappedFolders(mappings("Drives"), mappings("Shares"));
     VoIni.SetSection("Preferences");
     WorkingPath = VoIni.GetKeyValue("WorkingPath", UserPath.c_str());
     CreateFolder(WorkingPath);

@@ -22,7 +22,9 @@ VODREL_API void CoreInit(DString const &path);
 /// A fully qualified path is kept as it stands, another is joined to the current directory.
 VODREL_API void SetVodrelPath(DString const &path);
 
-/// Sets the per-user folder and all that hangs on it. "Vodrel.ini" is left at section "Preferences".
+/// Sets the per-user folder and all that hangs on it. "Vodrel.ini" is left at section "Preferences". Except on Windows
+/// its sections "Drives" (`D:=/mnt/data`) and "Shares" (`\\server\share=/mnt/share`) say where drive letters and
+/// network names lead, in place of what they said at the last opening. With `Silent` set all that stays as it was.
 VODREL_API void SetUserPath();
 
 /// Named default paths in section "DefaultPaths", which both leave as the current one.

@@ -27,7 +27,7 @@ VODREL_API DString TranslateFileName(DString const &name);
 /// True for two leading backslashes or a colon as second character.
 VODREL_API bool IsFullQual(DString const &path);
 
-/// The network form of a local path: of a mapped drive, else through the share of this computer
+/// The network form of a local path: of a mapped drive or a mounted folder, else through the share of this computer
 /// with the longest local folder; `name` itself if there is none. The folder is compared as a plain prefix.
 VODREL_API DString GetUNCFileName(DString const &name);
 

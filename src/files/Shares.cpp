@@ -1,4 +1,4 @@
-/// Local form <-> network form of a path, by the computer's table of shares and its mapped drives.
+/// Local form <-> network form of a path, by the computer's table of shares and by what is mapped or mounted.
 ///
 /// The table gives each share's value as entries of the form key, `=`, text, each ended by a NUL. The NULs are
 /// replaced by a mark first, so that the value is one text; the local folder then stands between the first `=`
@@ -92,9 +92,8 @@ DString GetUNCFileName(DString const &name)
 {
     if (name.StartsWith(networkPrefix)) return name;
     std::string network;
-    if (name.Len() > 1 && name[1] == ':' && Platform::MappedDrive(name[0], network)) {
-        return network.c_str() + DString(name).Mid(2);
-    }
+    int begin = 0;
+    if (Platform::NetworkPrefix(name.c_str(), network, begin)) return network.c_str() + DString(name).Mid(begin);
     ShareTable shares;
     if (!Platform::Shares(shares)) return name;
     int length = 0;

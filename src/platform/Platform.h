@@ -35,7 +35,8 @@ enum class Detail { Names, Full };
 
 /// Iterates the entries that match a path whose last element may hold `*` and `?`, sorted without
 /// regard to case. A trailing backslash, a bare drive or share and an empty path match nothing. A name
-/// without wildcards that is spelled as on the disk costs one look at the file and no listing.
+/// without wildcards that is spelled as on the disk costs one look at the file and no listing, unless the disk
+/// itself ignores case.
 class Search {
 public:
     Search(char const *pattern, Detail detail);
@@ -114,22 +115,46 @@ struct Share {
 /// The computer's shares in the order of its table. False if there is no table.
 bool Shares(std::vector<Share> &shares);
 
-/// The network name behind a mapped drive letter ("Q" -> `\\server\share`).
-bool MappedDrive(char letter, std::string &networkName);
+/// The network name of the longest beginning of a local path that is a mapped drive or lies on a mounted network
+/// folder: the first `length` characters of the path are what `networkName` names, the rest of the path belongs behind
+/// it. False, and nothing changed, for a path that isn't on the network. On Windows that beginning is always a drive
+/// letter with its colon. On Linux it ends with the letter or with an element; links aren't followed.
+bool NetworkPrefix(char const *path, std::string &networkName, int &length);
 
-// What these answer, and where drive letters and network names lead, stands in tables. On Linux they
-// are empty, but for Z: and C:, which are the root, until something fills them.
+// On Windows the system itself knows where drive letters and network names lead. On Linux they lead, in this order,
+// where they have been set to lead, below; to a network folder that is mounted; and if the name is this computer's own,
+// to the folder that it shares. Of several names that begin a path the longest counts. Z: and C: are the root if they
+// haven't been set. What is mounted and shared is read when it is first needed, and anew after `SetMappedFolders`.
 
-/// Gives the computer a table of shares, or takes it away.
+/// A name and the folder of the host that it is to lead to.
+struct Mapping {
+    std::string name;   ///< "D:", or `\\server\share`, also with a folder of the share behind
+    std::string folder; ///< its absolute native name, or that as a path of the system that begins with Z:
+};
+
+/// Makes drive letters and network names lead where a user's settings say, in place of what the last call said. Of two
+/// rows for one name the first counts. What isn't a name, or a folder, of these forms is left out, and Z: too, which is
+/// always the root. On Windows nothing happens.
+void SetMappedFolders(std::vector<Mapping> const &drives, std::vector<Mapping> const &shares);
+
+// The same by hand, for tests.
+
+/// Gives the computer a table of shares, or takes it away, so that the host's own counts.
 void SetShares(std::vector<Share> const &shares);
 void ClearShares();
 
-/// Makes `\\server\share` lead to a folder of the host, given by its native name. An empty folder removes the row.
+/// Makes `\\server\share` lead to a folder of the host, given by its native name. An empty folder removes the row. On
+/// Windows nothing happens.
 void SetNetworkShare(std::string const &server, std::string const &share, std::string const &folder);
 
-/// Makes a drive letter lead to a folder of the host; `networkName`, if any, is what `MappedDrive` answers. An empty
-/// folder removes the row.
+/// Makes a drive letter lead to a folder of the host; `networkName`, if any, is the network name of the drive. An empty
+/// folder removes the row. On Windows only the network name counts.
 void SetDrive(char letter, std::string const &folder, std::string const &networkName = std::string());
+
+/// A file in place of the table of what the host has mounted, and a folder in place of that of Samba's user shares;
+/// both by their native names. The pointers are kept, null ends it. On Windows nothing happens.
+void SetMountTable(char const *file);
+void SetUserShareFolder(char const *folder);
 
 // ---- Clock ----------------------------------------------------------------------------------------
 

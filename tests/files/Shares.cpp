@@ -264,12 +264,50 @@ TEST_F(FilesOfTheNet, AreReachedByEitherName)
 
 TEST_F(FilesOfTheNet, OfThisComputerFollowItsTableOfShares)
 {
+    Platform::SetNetworkShare("server", "share", ""); // which would name the folder first
     SetComputerNameD();
     SetShares({{"mine", ValueFor(folder.path("Data"))}});
     DString const name = "\\\\" + GetComputerNameD() + "\\MINE\\file.TXT";
     EXPECT_EQ("abc", bytesOf(DFile::GetText(name)));
     EXPECT_EQ("abc", bytesOf(DFile::GetText(GetLocalFileName(name))));
     EXPECT_EQ("\\\\" + Platform::ComputerName() + "\\mine\\file.TXT", bytesOf(GetUNCFileName(GetLocalFileName(name))));
+}
+
+TEST_F(FilesOfTheNet, HaveTheNetworkNameOfTheFolderTheyLieIn)
+{
+    Platform::SetDrive('Q', folder.native());
+    EXPECT_EQ("\\\\server\\share\\File.txt", Unc(folder.path("Data\\File.txt")));
+    EXPECT_EQ("\\\\server\\share\\File.txt", Unc("Q:\\Data\\File.txt"));
+    EXPECT_EQ("\\\\server\\share", Unc(folder.path("Data")));
+    EXPECT_EQ(folder.path("Data2\\x"), Unc(folder.path("Data2\\x")));
+    EXPECT_EQ("Q:\\x", Unc("Q:\\x"));
+}
+
+TEST_F(FilesOfTheNet, OnAMountAreReachedByTheirNetworkName)
+{
+    folder.MakeFolder("mnt/Sub");
+    folder.Write("mounts", "//srv/My\\040Data " + folder.native("mnt") + " cifs rw 0 0\n");
+    std::string const table = folder.native("mounts");
+    Platform::SetMountTable(table.c_str());
+    DString const network = GetUNCFileName(Path("mnt\\Sub\\File"));
+    EXPECT_EQ("\\\\srv\\My Data\\Sub\\File", bytesOf(network));
+    EXPECT_TRUE(DFile::WriteText(network, "x"));
+    EXPECT_EQ("x", folder.Read("mnt/Sub/File"));
+    EXPECT_EQ(bytesOf(network), bytesOf(GetLocalFileName(network))) << "of another computer it stays";
+}
+
+TEST_F(FilesOfTheNet, OfAUserShareHaveBothNames)
+{
+    SetComputerNameD();
+    folder.MakeFolder("Far/Sub");
+    folder.Write("shares/far", "#VERSION 2\npath=" + folder.native("Far") + "\ncomment=\nsharename=Far\n");
+    std::string const shares = folder.native("shares"), own = "\\\\" + Platform::ComputerName();
+    Platform::SetUserShareFolder(shares.c_str());
+    EXPECT_EQ(folder.path("Far\\Sub\\x"), Local(own + "\\far\\Sub\\x"));
+    EXPECT_EQ(own + "\\Far\\Sub\\x", Unc(folder.path("Far\\Sub\\x")));
+    EXPECT_EQ("other\\x\\", Local(own + "\\other\\x"));
+    EXPECT_TRUE(DFile::WriteText(fromBytes(own + "\\FAR\\sub\\x"), "y"));
+    EXPECT_EQ("y", folder.Read("Far/Sub/x"));
 }
 
 TEST_F(FilesOfTheNet, AreGoneWithTheTables)
@@ -283,5 +321,6 @@ TEST_F(FilesOfTheNet, AreGoneWithTheTables)
     EXPECT_EQ("Q:\\x", Unc("Q:\\x"));
 }
 
-} // namespace
 #endif
+
+} // namespace

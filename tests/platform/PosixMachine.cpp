@@ -7,6 +7,7 @@
 #include <sys/time.h>
 
 #include "PlatformVocabulary.h"
+#include "support/NoHostNetwork.h"
 
 namespace {
 
@@ -92,6 +93,7 @@ TEST(ComputerName, IsTheHostsName)
 
 TEST(Tables, SharesAreGivenAndTakenAway)
 {
+    NoHostNetwork const none;
     std::vector<Platform::Share> shares;
     EXPECT_FALSE(Platform::Shares(shares));
     Platform::SetShares({});
@@ -105,20 +107,24 @@ TEST(Tables, SharesAreGivenAndTakenAway)
     EXPECT_FALSE(Platform::Shares(shares));
 }
 
-TEST(Tables, MappedDriveAnswersItsNetworkName)
+TEST(Tables, MappedDriveHasItsNetworkName)
 {
+    NoHostNetwork const none;
     std::string name = "before";
-    EXPECT_FALSE(Platform::MappedDrive('Q', name));
+    int length = -1;
+    EXPECT_FALSE(Platform::NetworkPrefix("Q:\\x", name, length));
     Platform::SetDrive('Q', "/srv/data");
-    EXPECT_FALSE(Platform::MappedDrive('Q', name)) << "a drive without a network name isn't mapped";
+    EXPECT_FALSE(Platform::NetworkPrefix("Q:\\x", name, length)) << "a drive without a network name isn't mapped";
     EXPECT_EQ("before", name);
+    EXPECT_EQ(-1, length);
     Platform::SetDrive('q', "/srv/data", "\\\\server\\share");
-    EXPECT_TRUE(Platform::MappedDrive('Q', name));
+    EXPECT_TRUE(Platform::NetworkPrefix("Q:\\x", name, length));
     EXPECT_EQ("\\\\server\\share", name);
-    EXPECT_TRUE(Platform::MappedDrive('q', name));
-    EXPECT_FALSE(Platform::MappedDrive('Z', name));
+    EXPECT_EQ(2, length);
+    EXPECT_TRUE(Platform::NetworkPrefix("q:", name, length));
+    EXPECT_FALSE(Platform::NetworkPrefix("Z:\\x", name, length));
     Platform::SetDrive('Q', "");
-    EXPECT_FALSE(Platform::MappedDrive('Q', name));
+    EXPECT_FALSE(Platform::NetworkPrefix("Q:\\x", name, length));
 }
 
 TEST(Clock, HostsClockRuns)

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "PlatformVocabulary.h"
+#include "support/NoHostNetwork.h"
 
 namespace {
 
@@ -25,6 +26,9 @@ protected:
     }
 
     TempFolder folder;
+
+private:
+    NoHostNetwork const noNetwork;
 };
 
 } // namespace

@@ -18,6 +18,7 @@
 #include "support/DStringInspector.h"
 #include "support/HandClock.h"
 #include "support/HostVariable.h"
+#include "support/NoHostNetwork.h"
 #include "support/TempFolder.h"
 
 using Strings = std::vector<std::string>;
@@ -67,6 +68,7 @@ protected:
     HandClock clock;
 
 private:
+    NoHostNetwork const noNetwork;
     static void globalsatload()
     {
         VoIni = DIni();

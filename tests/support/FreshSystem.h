@@ -20,6 +20,7 @@
 #include "core/StartUp.h"
 #include "platform/Platform.h"
 #include "support/LocalZone.h"
+#include "support/NoHostNetwork.h"
 #include "support/TempFolder.h"
 
 /// All characters of a string, NULs too, in a form that a failing test prints.
@@ -135,6 +136,7 @@ public:
     Listener listener;
 
 private:
+    NoHostNetwork const noNetwork;
     std::filesystem::path const directory;
     std::string const userFolder;
     LocalZone const zone;

@@ -12,6 +12,7 @@
 #include "platform/Replacements.h"
 #include "platform/Wildcards.h"
 #include "platform/posix/PosixPaths.h"
+#include "platform/posix/PosixSpelling.h"
 
 namespace Platform {
 
@@ -37,8 +38,8 @@ static bool movename(std::string const &from, std::string const &to)
     return lstat(to.c_str(), &info) != 0 && errno == ENOENT && rename(from.c_str(), to.c_str()) == 0;
 }
 
-/// Whether two names are one entry of one folder. On a file system that itself ignores case both bear the
-/// spelling they were asked by; a second name of the same file looks alike, but then the file has several.
+/// Whether two names are one entry of one folder. A second name of the same file looks alike, but then the file has
+/// several.
 static bool sameentry(FoundName const &a, FoundName const &b)
 {
     struct stat folderA, folderB;
@@ -50,15 +51,39 @@ static bool sameentry(FoundName const &a, FoundName const &b)
     return nameA == nameB || (oneName && SameFolded(nameA, nameB));
 }
 
+/// Renames by way of a name that nothing has. What can't have its new name gets the old one back.
+static bool renameintwosteps(std::string const &from, std::string const &to)
+{
+    for (int i = 0; i < 100; i++) {
+        std::string const between = Join(FolderOf(from), ".vodrel-rename-" + std::to_string(getpid() + i));
+        if (movename(from, between)) {
+            bool const renamed = movename(between, to);
+            if (!renamed) movename(between, from);
+            return renamed;
+        }
+        if (errno != EEXIST) return false;
+    }
+    return false;
+}
+
+/// Gives an entry another spelling. Disks that ignore case take the two for one name, and some then say that all is
+/// done and change nothing.
+static bool respell(FoundName const &entry, std::string const &to)
+{
+    if (rename(entry.native.c_str(), to.c_str()) != 0) return false;
+    ForgetSpellings();
+    return StoredName(to, entry.info.st_dev, entry.info.st_ino) == to || renameintwosteps(entry.native, to);
+}
+
 bool Rename(char const *from, char const *to)
 {
     PathName fromName, toName;
     FoundName source, target;
     if (!Allowed("Rename") || !ParseFileName(from, fromName) || !ParseFileName(to, toName)) return false;
     if (!FindName(fromName, source) || !source.exists || !FindName(toName, target)) return false;
+    ForgetSpellings();
     if (!target.exists) return movename(source.native, target.native);
-    std::string const given = Join(FolderOf(target.native), toName.Last());
-    return sameentry(source, target) && rename(source.native.c_str(), given.c_str()) == 0;
+    return sameentry(source, target) && respell(source, Join(FolderOf(target.native), toName.Last()));
 }
 
 bool IsSameFile(char const *a, char const *b)

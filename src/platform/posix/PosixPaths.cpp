@@ -1,6 +1,7 @@
 // A name that is spelled as on the disk is found by a single look. Only if that fails are its elements sought
 // one by one, from the back: the folder as spelled is likely to exist, and then two looks and the folder's
-// listing tell everything.
+// listing tell everything. On a disk that itself ignores case a single look finds any spelling; which one the disk has
+// is another question.
 
 #include "platform/posix/PosixPaths.h"
 
@@ -9,6 +10,7 @@
 
 #include "platform/Wildcards.h"
 #include "platform/posix/FolderListings.h"
+#include "platform/posix/PosixSpelling.h"
 #include "platform/posix/PosixTables.h"
 
 namespace Platform::Posix {
@@ -48,41 +50,58 @@ static int const maxShareSteps = 8;
 
 static bool parse(std::string_view text, PathName &name, int stepsLeft);
 
-static bool parsenetworkroot(std::string_view &rest, PathName &name, int stepsLeft)
+static void addelements(std::string_view text, PathName &name)
 {
-    rest.remove_prefix(2);
-    std::string_view const server = takeelement(rest);
-    std::string_view const share = takeelement(rest);
-    if (server.empty() || share.empty()) return false;
-    if (NetworkFolder(server, share, name.root)) return true;
-    std::string local;
-    return OwnShareFolder(server, share, local) && stepsLeft > 0 && parse(local, name, stepsLeft - 1);
-}
-
-static bool parseroot(std::string_view &rest, PathName &name, int stepsLeft)
-{
-    if (rest.size() >= 2 && isseparator(rest[0]) && isseparator(rest[1]))
-        return parsenetworkroot(rest, name, stepsLeft);
-    if (rest.size() >= 2 && rest[1] == ':') {
-        char const letter = rest[0];
-        rest.remove_prefix(2);
-        return DriveFolder(letter, name.root);
-    }
-    if (isseparator(rest[0])) name.root = "/";
-    return true;
-}
-
-static bool parse(std::string_view text, PathName &name, int stepsLeft)
-{
-    if (text.empty() || !parseroot(text, name, stepsLeft)) return false;
-    name.rootElements = name.elements.size();
-    name.endsInName = false;
     while (!text.empty()) {
         bool const last = text.find_first_of("\\/") == std::string_view::npos;
         std::string_view const element = takeelement(text);
         addelement(name, element);
         name.endsInName = last && element != "." && element != "..";
     }
+}
+
+/// Finds the place on the host of a path whose elements below the share are known. A row of the tables may have some of
+/// these in its name; what it leads to is a root like that of a share.
+static bool findshare(std::string_view server, std::string_view share, PathName &name, int stepsLeft)
+{
+    std::size_t used = 0;
+    if (NetworkFolder(server, share, name.elements, used, name.root)) {
+        name.elements.erase(name.elements.begin(), name.elements.begin() + static_cast<std::ptrdiff_t>(used));
+        name.endsInName = name.endsInName && !name.elements.empty();
+        return true;
+    }
+    std::string local;
+    PathName own;
+    if (!OwnShareFolder(server, share, local) || stepsLeft == 0 || !parse(local, own, stepsLeft - 1)) return false;
+    name.root = own.root;
+    name.rootElements = own.elements.size();
+    name.elements.insert(name.elements.begin(), own.elements.begin(), own.elements.end());
+    return true;
+}
+
+static bool parsenetworkname(std::string_view text, PathName &name, int stepsLeft)
+{
+    text.remove_prefix(2);
+    std::string_view const server = takeelement(text);
+    std::string_view const share = takeelement(text);
+    if (server.empty() || share.empty()) return false;
+    name.root = "/"; // so that `..` is worked out as in an absolute path
+    addelements(text, name);
+    return findshare(server, share, name, stepsLeft);
+}
+
+static bool parse(std::string_view text, PathName &name, int stepsLeft)
+{
+    if (text.empty()) return false;
+    if (text.size() >= 2 && isseparator(text[0]) && isseparator(text[1]))
+        return parsenetworkname(text, name, stepsLeft);
+    if (text.size() >= 2 && text[1] == ':') {
+        if (!DriveFolder(text[0], name.root)) return false;
+        text.remove_prefix(2);
+    } else if (isseparator(text[0])) {
+        name.root = "/";
+    }
+    addelements(text, name);
     return true;
 }
 
@@ -158,6 +177,7 @@ static bool findelement(FoundFolder const &folder, std::string const &element, b
     std::string const given = Join(folder.native, element);
     found.native = given;
     if (!looked && look(found)) return true;
+    if (IsKnownToIgnoreCase(folder.info.st_dev)) return false;
     std::string const stored = ListFolder(folder.native, &folder.info)->Find(element);
     if (stored.empty()) return false;
     found.native = Join(folder.native, stored);
@@ -180,12 +200,17 @@ bool FindFolder(PathName const &name, std::size_t n, FoundFolder &folder)
 bool FindName(PathName const &name, FoundName &found, bool looked)
 {
     found.native = name.Native();
-    if (!looked && look(found)) return true;
+    if (!looked && look(found)) {
+        if (name.endsInName) found.native = StoredName(found.native, found.info.st_dev, found.info.st_ino);
+        return true;
+    }
     if (name.elements.empty() || !notthere()) return false;
     std::size_t const last = name.elements.size() - 1;
     FoundFolder parent;
     if (!FindFolder(name, last, parent)) return false;
     findelement(parent, name.Last(), parent.native == name.Native(last), found);
+    if (found.exists && BareName(found.native) == name.Last())
+        found.native = StoredName(found.native, found.info.st_dev, found.info.st_ino);
     return true;
 }
 

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <utility>
 
 #include "platform/Platform.h"
@@ -11,6 +12,7 @@
 #include "platform/Wildcards.h"
 #include "platform/posix/FolderListings.h"
 #include "platform/posix/PosixPaths.h"
+#include "platform/posix/PosixSpelling.h"
 
 namespace Platform {
 
@@ -36,10 +38,9 @@ static void fill(struct statx const &info, Entry &entry)
 }
 
 /// Looks at an entry, and through a link at what it leads to; false if there is nothing. A link that leads nowhere
-/// tells of itself.
-static bool look(std::string const &native, Entry &entry)
+/// tells of itself. `info` is what the system says of the name itself.
+static bool look(std::string const &native, Entry &entry, struct statx &info)
 {
-    struct statx info;
     unsigned const wanted = STATX_BASIC_STATS | STATX_BTIME;
     if (statx(AT_FDCWD, native.c_str(), AT_SYMLINK_NOFOLLOW, wanted, &info) != 0) return false;
     struct statx target;
@@ -69,18 +70,24 @@ bool Search::State::Matches(std::size_t i, Entry &entry) const
     entry.name = name;
     entry.isFolder = listing->KindOf(i) == Listing::Kind::Folder;
     if (detail == Detail::Names && listing->KindOf(i) != Listing::Kind::Unknown) return true;
-    return look(Join(folder, name), entry);
+    struct statx info;
+    return look(Join(folder, name), entry, info);
 }
 
-/// Finds a name without wildcards, at one look if it is spelled as on the disk.
+/// Finds a name without wildcards, at one look if it is spelled as on a disk that regards case.
 static std::unique_ptr<Entry> findentry(PathName const &name)
 {
     std::unique_ptr<Entry> entry(new Entry);
-    entry->name = name.Last();
-    if (look(name.Native(), *entry)) return entry;
-    FoundName found;
-    if (!FindName(name, found, true) || !found.exists || !look(found.native, *entry)) return nullptr;
-    entry->name = BareName(found.native);
+    struct statx info;
+    std::string native = name.Native();
+    if (look(native, *entry, info)) {
+        native = StoredName(native, makedev(info.stx_dev_major, info.stx_dev_minor), info.stx_ino);
+    } else {
+        FoundName found;
+        if (!FindName(name, found, true) || !found.exists || !look(found.native, *entry, info)) return nullptr;
+        native = found.native;
+    }
+    entry->name = BareName(native);
     return entry;
 }
 

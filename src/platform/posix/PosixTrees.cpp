@@ -10,9 +10,11 @@
 
 #include "platform/Platform.h"
 #include "platform/Replacements.h"
+#include "platform/Wildcards.h"
 #include "platform/posix/FolderListings.h"
 #include "platform/posix/PosixPaths.h"
 #include "platform/posix/PosixSearch.h"
+#include "platform/posix/PosixSpelling.h"
 #include "platform/posix/PosixTrees.h"
 
 namespace Platform {
@@ -65,13 +67,24 @@ private:
 
 } // namespace
 
+static bool exists(std::string const &native)
+{
+    struct stat info;
+    return lstat(native.c_str(), &info) == 0;
+}
+
 void TreeCopy::CopyInto(std::string const &to, std::string const &folder, std::vector<std::string> const &names)
 {
     // Taken before the first copy, so that copying into a full folder doesn't list it again for each name.
     auto const old = ListFolder(to);
+    std::string const *before = nullptr;
     for (std::string const &name : names) {
         std::string const stored = old->Find(name);
-        copyentry(Join(folder, name), Join(to, stored.empty() ? name : stored));
+        std::string const copy = Join(to, stored.empty() ? name : stored);
+        bool const isTwin = before && SameFolded(*before, name);
+        if (isTwin && stored.empty() && exists(copy)) failed = true; // the disk takes the two names for one
+        else copyentry(Join(folder, name), copy);
+        before = &name;
     }
 }
 
@@ -161,6 +174,7 @@ bool DeleteMatching(char const *pattern)
 {
     Matches matches;
     if (!Allowed("DeleteMatching") || !FindMatches(pattern, matches)) return false;
+    ForgetSpellings();
     bool deleted = true;
     for (std::string const &name : matches.names) {
         // Takes links away without following them, even one that has come into a folder's place meanwhile.

@@ -56,7 +56,7 @@ bool Shares(std::vector<Share> &shares)
     return true;
 }
 
-bool MappedDrive(char letter, std::string &networkName)
+static bool mappedDrive(char letter, std::string &networkName)
 {
     int const index = indexOf(letter);
     if (index < 0) return false;
@@ -72,6 +72,13 @@ bool MappedDrive(char letter, std::string &networkName)
     return true;
 }
 
+bool NetworkPrefix(char const *path, std::string &networkName, int &length)
+{
+    if (!path || !path[0] || path[1] != ':' || !mappedDrive(path[0], networkName)) return false;
+    length = 2;
+    return true;
+}
+
 void SetDrive(char letter, std::string const &, std::string const &networkName)
 {
     int const index = indexOf(letter);
@@ -79,5 +86,11 @@ void SetDrive(char letter, std::string const &, std::string const &networkName)
 }
 
 void SetNetworkShare(std::string const &, std::string const &, std::string const &) {}
+
+void SetMappedFolders(std::vector<Mapping> const &, std::vector<Mapping> const &) {}
+
+void SetMountTable(char const *) {}
+
+void SetUserShareFolder(char const *) {}
 
 } // namespace Platform
