@@ -11,6 +11,8 @@ shift
 
 if command -v ccache >/dev/null; then
     export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    # Without these it doesn't keep what is compiled with headers that are compiled ahead.
+    export CCACHE_SLOPPINESS=pch_defines,time_macros
 fi
 cmake --preset "$preset"
 cmake --build --preset "$preset" --parallel "$(nproc)" "$@"

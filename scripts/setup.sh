@@ -1,6 +1,11 @@
 #!/usr/bin/env bash
 # Installs what it takes to build, test and format the project, from the packages of Debian or Ubuntu and without a
 # question. Quick and silent when nothing is missing.
+#
+#     scripts/setup.sh [--windows]
+#
+# With --windows it installs what it takes besides to build for Windows and to run that here: the compiler, Wine, and the
+# sources of the test framework.
 set -euo pipefail
 
 # What is needed and the package that brings it: a command, or a file below one of the usual folders.
@@ -11,6 +16,8 @@ cmake                   cmake
 ninja                   ninja-build
 ccache                  ccache
 objdump                 binutils
+pkg-config              pkg-config
+dpkg-shlibdeps          dpkg-dev
 strace                  strace
 python3                 python3
 gdl                     gnudatalanguage
@@ -21,6 +28,27 @@ include/gtest/gtest.h   libgtest-dev
 include/gmock/gmock.h   libgmock-dev
 include/benchmark/benchmark.h  libbenchmark-dev
 "
+needed_for_windows="
+x86_64-w64-mingw32-gcc-posix  gcc-mingw-w64-x86-64-posix
+x86_64-w64-mingw32-g++-posix  g++-mingw-w64-x86-64-posix
+wine                          wine
+lib/wine/wine64               wine64
+src/googletest/CMakeLists.txt  googletest
+"
+
+# The tools for Windows are large: their progress is shown, so that nobody takes it for a standstill.
+quiet=(-qq -o Dpkg::Use-Pty=0)
+case ${1:-} in
+"") ;;
+--windows)
+    needed+=$needed_for_windows
+    quiet=(-q -o Dpkg::Use-Pty=0)
+    ;;
+*)
+    echo "usage: scripts/setup.sh [--windows]" >&2
+    exit 2
+    ;;
+esac
 
 is_there() {
     case $1 in
@@ -43,7 +71,7 @@ give_up() {
 }
 
 apt_get() {
-    "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0 "$@" >&2
+    "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get "${quiet[@]}" -o DPkg::Lock::Timeout=300 "$@" >&2
 }
 
 install_missing() {
@@ -63,6 +91,9 @@ if [[ $(id -u) != 0 ]]; then
 fi
 
 echo "Installing ${missing[*]}" >&2
+if [[ ${1:-} == --windows ]]; then
+    echo "The tools for Windows take 1.5 GB of disk and, for the first time, some minutes." >&2
+fi
 # A fresh machine has no lists of packages, and old lists name packages that are gone.
 if ! compgen -G '/var/lib/apt/lists/*_Packages*' >/dev/null || ! install_missing; then
     apt_get update || give_up "apt-get update failed."

@@ -11,6 +11,9 @@ export HOME=$scratch/home XDG_DATA_HOME=$scratch/data LC_ALL=C
 cd "$scratch/cwd" || exit 1
 failures=0
 
+# What stands in front of an absolute name of this host for the program: its drive, where it is one for another system.
+root=${VODREL_ROOT:-}
+
 # fail MESSAGE: counts a failure and says in which line of the test it came up.
 fail() {
     local i=0
@@ -23,7 +26,11 @@ fail() {
 run() {
     status=0
     "$program" "$@" >"$scratch/out" 2>"$scratch/err" || status=$?
+    plainlines
 }
+
+# plainlines: lines of what a program of another system said end as they do here.
+plainlines() { [[ -z $root ]] || sed -i 's/\r$//' "$scratch/out" "$scratch/err"; }
 
 # runlimited KIBIBYTES ARGUMENT...: the same on a disk that takes no more than this in each file.
 runlimited() {
@@ -31,6 +38,7 @@ runlimited() {
     shift
     status=0
     (trap '' XFSZ && ulimit -f "$room" && exec "$program" "$@") >"$scratch/out" 2>"$scratch/err" || status=$?
+    plainlines
 }
 
 # said: what the last run printed.

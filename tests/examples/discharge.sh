@@ -5,7 +5,7 @@ set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 # ---- A first run, into folders that aren't there yet ----
-run "$scratch/cwd/a/Bank"
+run "$root$scratch/cwd/a/Bank"
 expectstatus 0
 expectquiet
 expectout '^Stored 8 shots\.$'
@@ -13,7 +13,7 @@ expectout '^Shot +Charge voltage +Peak current +Rise 10-90 +Width at half +Charg
 expectout '^ +ChargeVoltage\*1000 +I\\mx +I\\19 +I\\fh +\(I\\in\)\^2\*0\.5$'
 expectout '^ +\[V\] +\[kA\] +\[ms\] +\[ms\] +\[\(As\)\^2\] +\[kA\]$'
 expectout '^The last shot sent [0-9.]+ As through the coil\.$'
-expectout "^The experiment stays in $scratch/cwd/a/Bank\. "
+expectout "^The experiment stays in $root$scratch/cwd/a/Bank\. "
 expectsame "$(grep -cE '^A00[1-8] ' "$scratch/out")" 8 "rows of the table"
 cp "$scratch/out" "$scratch/first"
 

@@ -182,7 +182,10 @@ refused 'bad.csv:2:' bad.csv short.csv
 expecterr 'short.csv: fewer than two samples'
 
 # ---- Names ----
-for name in 'a[b' 'a]b' 'a\b' 'a*b' 'a?b' 'a:b' 'a"b' 'a<b' 'a>b' 'a|b' '@a' '.a' $'a\nb'; do
+impossible=('a[b' 'a]b' '@a' '.a')
+# On Windows no file can have such a name.
+[[ $root ]] || impossible+=('a\b' 'a*b' 'a?b' 'a:b' 'a"b' 'a<b' 'a>b' 'a|b' $'a\nb')
+for name in "${impossible[@]}"; do
     cp plain.csv "$name.csv"
     refused "can't be the name of a waveform" "$name.csv"
 done
@@ -209,7 +212,7 @@ expecterr "there is a shot S2 already"
 expectsame "$(find E | sort | xargs -d '\n' ls -ld --time-style=full-iso)" "$before" "the experiment"
 
 # ---- Folders ----
-for folder in new/deep/F ./G/ "$PWD/H" "$PWD/I//" 'new\J' K ../cwd/L; do
+for folder in new/deep/F ./G/ "$root$PWD/H" "$root$PWD/I//" 'new\J' K ../cwd/L; do
     run "$folder" A1 plain.csv
     expectstatus 0
 done

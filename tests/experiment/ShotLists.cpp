@@ -72,51 +72,61 @@ TEST_F(ShotLists, ALineIsANameAndAPath)
     struct {
         std::string line;
         char const *shots;
-    } const rows[] = {{"A7", "A7/0"},
-                      {"A7;.\\Shots", "A7/0"},
-                      {"A7;..\\Data\\RunA", "A7/1"},
-                      {"a7;..\\DATA\\runa", "a7/1"},
-                      {"A7;" + path("X\\Data\\RunA"), "A7/1"},
-                      {"A7;" + path("X\\E\\Shots"), "A7/0"},
-                      {"A7;../Data/RunA", ""},
-                      {"A7;..\\Data/RunA", "A7/1"}, // slashes behind the dots are translated
-                      {"A7;", ""},
-                      {"A7;;..\\Data\\RunA", ""},
-                      {"A7;..\\Data\\RunA;", ""},
-                      {"A7; ..\\Data\\RunA", ""},
-                      {"A7;..\\Data\\RunA ", ""},
-                      {"A7;..\\Data\\RunA\\", ""},
-                      {"A7;..\\Data\\RunC", ""},
-                      {"A7;..\\Data\\Run*", ""},
-                      {"A7;..\\Data", ""},
-                      {"A7;RunA", ""},
-                      {"A7;1", ""},
-                      {"A7 ;..\\Data\\RunA", ""},
-                      {" A7", ""},
-                      {"Gone", ""},
-                      {"Gone;..\\Data\\RunA", ""},
-                      {";.\\Shots", ""}};
+    } const rows[] = {
+        {"A7", "A7/0"},
+        {"A7;.\\Shots", "A7/0"},
+        {"A7;..\\Data\\RunA", "A7/1"},
+        {"a7;..\\DATA\\runa", "a7/1"},
+        {"A7;" + path("X\\Data\\RunA"), "A7/1"},
+        {"A7;" + path("X\\E\\Shots"), "A7/0"},
+        {"A7;../Data/RunA", ""},
+        {"A7;..\\Data/RunA", "A7/1"}, // slashes behind the dots are translated
+        {"A7;", ""},
+        {"A7;;..\\Data\\RunA", ""},
+        {"A7;..\\Data\\RunA;", ""},
+        {"A7; ..\\Data\\RunA", ""},
+        {"A7;..\\Data\\RunA ", ""},
+        {"A7;..\\Data\\RunA\\", ""},
+        {"A7;..\\Data\\RunC", ""},
+        {"A7;..\\Data\\Run*", ""},
+        {"A7;..\\Data", ""},
+        {"A7;RunA", ""},
+        {"A7;1", ""},
+#if !defined _WIN32 // where a blank at the end of a name doesn't count
+        {"A7 ;..\\Data\\RunA", ""},
+#endif
+        {" A7", ""},
+        {"Gone", ""},
+        {"Gone;..\\Data\\RunA", ""},
+        {";.\\Shots", ""}
+    };
     for (auto const &row : rows) EXPECT_EQ(row.shots, Line(row.line)) << row.line;
 }
 
 TEST_F(ShotLists, ALineLosesOneQuoteAtEachEnd)
 {
     MakeSomeShots();
+#if !defined _WIN32 // where no name holds a quote
     MakeShot(0, "Q\"");
+#endif
     struct {
         char const *line;
         char const *shots;
-    } const rows[] = {{"\"A7\"", "A7/0"},
-                      {"\"A7;..\\Data\\RunA\"", "A7/1"},
-                      {"\"A7;..\\Data\\RunA", "A7/1"},
-                      {"A7;..\\Data\\RunA\"", "A7/1"},
-                      {"\"\"A7\"\"", ""},
-                      {"A7;\"..\\Data\\RunA\"", ""},
-                      {"\"A7\";.\\Shots", ""},
-                      {"\"Q\";.\\Shots", "Q\"/0"}, // only the ends of the whole line count
-                      {"Q\"\"", "Q\"/0"},
-                      {"'A7'", ""},
-                      {" \"A7\"", ""}};
+    } const rows[] = {
+        {"\"A7\"", "A7/0"},
+        {"\"A7;..\\Data\\RunA\"", "A7/1"},
+        {"\"A7;..\\Data\\RunA", "A7/1"},
+        {"A7;..\\Data\\RunA\"", "A7/1"},
+        {"\"\"A7\"\"", ""},
+        {"A7;\"..\\Data\\RunA\"", ""},
+        {"\"A7\";.\\Shots", ""},
+#if !defined _WIN32
+        {"\"Q\";.\\Shots", "Q\"/0"}, // only the ends of the whole line count
+        {"Q\"\"", "Q\"/0"},
+#endif
+        {"'A7'", ""},
+        {" \"A7\"", ""}
+    };
     for (auto const &row : rows) EXPECT_EQ(row.shots, Line(row.line)) << row.line;
 }
 

@@ -184,6 +184,7 @@ TEST_F(ShotRangeProperties, TheLengthOfARangeBeyondItsShotsDoesNotMatter)
     }
 }
 
+#if !defined _WIN32 // where no name holds a question mark
 TEST_F(ShotRangeProperties, HoldForPrefixesThatAreNoPlainNames)
 {
     for (char const *shot : {"AB1", "AC2", "AB12", "Ab05", "sub", "A?3", "AB7"}) MakeShot(0, shot);
@@ -208,6 +209,7 @@ TEST_F(ShotRangeProperties, HoldForPrefixesThatAreNoPlainNames)
         EXPECT_EQ(row.nShots, result.names.Count()) << row.left << ": " << shots;
     }
 }
+#endif
 
 TEST_F(ShotRangeProperties, HoldForFoldersWhoseNamesBeginWithADot)
 {

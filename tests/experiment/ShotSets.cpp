@@ -230,8 +230,20 @@ TEST_F(ShotSets, AFileWithoutADotIsAWaveform)
         char const *file;
         char const *shots;
     } const rows[] = {
-        {"W", "A1/1"}, {"w", "A1/1"}, {"W.wvf", "A1/1"}, {"W.WVF", "A1/1"}, {"W.dmt", "A1/1 A2/1"}, {"X", ""},
-        {"X.", ""},    {"Y", "A2/1"}, {"W.", ""},        {"dot.d", ""},     {"dot.d.wvf", "A1/1"}};
+        {"W", "A1/1"},
+        {"w", "A1/1"},
+        {"W.wvf", "A1/1"},
+        {"W.WVF", "A1/1"},
+        {"W.dmt", "A1/1 A2/1"},
+        {"X", ""},
+        {"Y", "A2/1"},
+        {"W.", ""},
+        {"dot.d", ""},
+        {"dot.d.wvf", "A1/1"},
+#if !defined _WIN32 // where a dot at the end of a name doesn't count
+        {"X.", ""},
+#endif
+    };
     for (auto const &row : rows) EXPECT_EQ(row.shots, All(row.file)) << row.file;
 }
 

@@ -10,6 +10,17 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#if defined _WIN32
+#include <direct.h>
+#include <io.h>
+#endif
+
+/* How the folder for the user ends. */
+#if defined _WIN32
+#define USER "\\Local\\Vodrel"
+#else
+#define USER "\\user\\Vodrel"
+#endif
 
 #define EXPECT(condition)                                                                                              \
     do {                                                                                                               \
@@ -189,8 +200,8 @@ static int runClient(char const *folder)
     sprintf(path, "%.900s/vodrel$L", folder);
     initialize(path);
     EXPECT(endsWith(0, "\\vodrel"));
-    EXPECT(endsWith(4, "\\user\\Vodrel"));
-    EXPECT(endsWith(5, "\\user\\Vodrel\\MPIHosts.txt"));
+    EXPECT(endsWith(4, USER));
+    EXPECT(endsWith(5, USER "\\MPIHosts.txt"));
     notify(5, 0, "a line from C");
     sleepFor(1);
     sprintf(path, "%.900s/X/E", folder);
@@ -204,7 +215,7 @@ static int runClient(char const *folder)
 /* Whether a file of the folder holds a text. */
 static int fileHas(char const *folder, char const *name, char const *text)
 {
-    static char content[100000];
+    static char content[1000000];
     char path[1000];
     FILE *file;
     size_t n, length = strlen(text), i;
@@ -218,12 +229,14 @@ static int fileHas(char const *folder, char const *name, char const *text)
     return 0;
 }
 
+static char userFolder[600]; /* in which the library has a folder for what is the user's */
+
 static int runInFolder(char const *folder)
 {
     int const failed = runClient(folder);
     if (failed) return failed;
-    EXPECT(fileHas(folder, "user/Vodrel/Log.txt", "a line from C by "));
-    EXPECT(fileHas(folder, "user/Vodrel/MPIHosts.txt", "\r\n"));
+    EXPECT(fileHas(userFolder, "Vodrel/Log.txt", "a line from C by "));
+    EXPECT(fileHas(userFolder, "Vodrel/MPIHosts.txt", "\r\n"));
     EXPECT(fileHas(folder, "X/E/Shots/ShotA1/Scalars.ini", "Run=seven\r\nGain=2.5"));
     EXPECT(fileHas(folder, "X/E/Shots/ShotA1/W.wvf", ""));
     EXPECT(fileHas(folder, "X/E/Shots/ShotA1/XY.wvf", ""));
@@ -239,16 +252,28 @@ static int removeEntry(char const *path, struct stat const *info, int kind, stru
     return remove(path);
 }
 
+/* Makes a folder whose name ends in X's, in place of which it gets letters of its own, and has the library put what is
+ * a user's below it, where the host lets a variable say so. */
+static int makeFolder(char *folder)
+{
+#if defined _WIN32
+    sprintf(userFolder, "%.500s", getenv("LOCALAPPDATA"));
+    return _mktemp(folder) && _mkdir(folder) == 0;
+#else
+    if (!mkdtemp(folder)) return 0;
+    sprintf(userFolder, "%s/user", folder);
+    setenv("XDG_DATA_HOME", userFolder, 1);
+    return 1;
+#endif
+}
+
 int main(void)
 {
-    char const *const temporary = getenv("TMPDIR");
+    char const *const temporary = getenv("TMPDIR") ? getenv("TMPDIR") : getenv("TEMP");
     char folder[500];
-    char user[600];
     int failed;
     sprintf(folder, "%.400s/vodrel-test-XXXXXX", temporary && *temporary ? temporary : "/tmp");
-    if (!mkdtemp(folder)) return 2;
-    sprintf(user, "%s/user", folder);
-    setenv("XDG_DATA_HOME", user, 1);
+    if (!makeFolder(folder)) return 2;
     failed = runInFolder(folder);
     nftw(folder, removeEntry, 8, FTW_DEPTH | FTW_PHYS);
     if (failed) fprintf(stderr, "EveryFunction.c:%d: not as expected\n", failed);

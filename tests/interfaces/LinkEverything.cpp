@@ -13,9 +13,11 @@
 #include "VodrelCore.h"
 #include "interfaces/VodrelC.h"
 #include "interfaces/VodrelIDL.h"
+#include "support/HostUserFolder.h"
 #include "support/TempFolder.h"
 
-// The members of these come from the library, none is made here.
+// The members of these come from the library, none is made here. For Windows each program makes those that it uses.
+#if !defined _WIN32
 extern template class DArray<float, 0>;
 extern template class DArray<int, 0>;
 extern template class DArray<short, 0>;
@@ -32,6 +34,7 @@ extern template class DArray<GroupName, 1>;
 extern template class DArray<Matrix, 1>;
 extern template class DArray<Object, 1>;
 extern template class DArray<Waveform, 1>;
+#endif
 
 namespace {
 
@@ -152,11 +155,7 @@ TYPED_TEST(LinkedArrays, AreTheBaseOfClassesOfTheHost)
 /// A start of the library in a fresh folder, which is ready for an experiment.
 class LinkedClasses : public testing::Test {
 protected:
-    LinkedClasses()
-    {
-        setenv("XDG_DATA_HOME", folder.native("user").c_str(), 1);
-        CoreInit(Path("vodrel"));
-    }
+    LinkedClasses() : user(folder.native("user")) { CoreInit(Path("vodrel")); }
     ~LinkedClasses() override
     {
         SetNotify(nullptr);
@@ -168,6 +167,7 @@ protected:
     DString Path(char const *relative) const { return DString(folder.path(relative).c_str()); }
 
     TempFolder const folder;
+    HostUserFolder const user;
 };
 
 TEST_F(LinkedClasses, Strings)

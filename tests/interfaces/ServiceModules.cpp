@@ -9,6 +9,7 @@
 
 #include "VodrelCore.h"
 #include "core/Modules.h"
+#include "support/HostUserFolder.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -26,9 +27,8 @@ public:
 /// A host whose installation folder is "install".
 class ServiceModules : public testing::Test {
 protected:
-    ServiceModules()
+    ServiceModules() : userFolder(folder.native("user"))
     {
-        setenv("XDG_DATA_HOME", folder.native("user").c_str(), 1);
         CoreInit(folder.path("install").c_str());
         SetNotify(&user);
     }
@@ -55,6 +55,7 @@ protected:
     }
 
     TempFolder const folder;
+    HostUserFolder const userFolder;
     HostNotifier user; ///< for messages
     HostNotifier host; ///< which the module gets
     HostNotifier untouched;
@@ -139,7 +140,7 @@ TEST_F(ServiceModules, ThatAreMissingLeaveTheResultAlone)
     EXPECT_EQ(&untouched, service);
     EXPECT_EQ("", host.heard);
     EXPECT_EQ("2,0:Could not load module: Service\n", user.heard);
-    EXPECT_EQ(0u, folder.Read("user/Vodrel/Log.txt").find("Could not load module: " + folder.path("install\\Service")));
+    EXPECT_TRUE(userFolder.Logged("Could not load module: " + folder.path("install\\Service")));
 }
 
 TEST_F(ServiceModules, CanBeConnectedAgainOnceTheyAreFreed)

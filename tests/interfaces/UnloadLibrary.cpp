@@ -1,8 +1,6 @@
 // Loads the shared library, uses it and unloads it again a hundred times in one process. A client does so when it lives
 // in a module of another program. Nothing of the library is linked here; VODREL_LIBRARY is its path.
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -18,6 +16,9 @@ extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*taken)(void cons
                                                          void (*freed)(void const volatile *));
 #endif
 
+#include "support/HostUserFolder.h"
+#include "support/HostVariable.h"
+#include "support/SharedLibrary.h"
 #include "support/TempFolder.h"
 
 // Short blocks of strings are kept for the next string and never go back to the heap, so that each unloading leaves
@@ -33,43 +34,30 @@ namespace {
 class UnloadLibrary : public testing::Test {
 protected:
     /// The experiment's settings aren't empty, since an empty file is tried again for half a second.
-    UnloadLibrary()
+    UnloadLibrary() : user(folder.native("user")), zone("TZ", "UTC0")
     {
-        setenv("XDG_DATA_HOME", folder.native("user").c_str(), 1);
-        setenv("TZ", "UTC0", 1); // which the C library then needn't look up, and keep, each time
         folder.Write("X/E/E.ini", "[General]\r\nDescription=x\r\n");
     }
 
     void Load()
     {
         ignoreLeaks(true);
-        library = dlopen(VODREL_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+        library = SharedLibrary(VODREL_LIBRARY);
     }
     void Unload()
     {
-        EXPECT_EQ(0, dlclose(library)) << dlerror();
+        EXPECT_TRUE(library.Close()) << SharedLibrary::Problem();
         ignoreLeaks(false);
     }
-    static bool IsLoaded()
-    {
-        void *const loaded = dlopen(VODREL_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
-        if (loaded) dlclose(loaded);
-        return loaded != nullptr;
-    }
-
-    template <typename Function>
-    Function *Get(char const *name, Function *)
-    {
-        void *const symbol = dlsym(library, name);
-        EXPECT_NE(nullptr, symbol) << name;
-        return reinterpret_cast<Function *>(symbol);
-    }
+    static bool IsLoaded() { return SharedLibrary::IsLoaded(VODREL_LIBRARY); }
 
     /// Starts the library, takes a shot and stores and reads a waveform.
     void Use();
 
     TempFolder const folder;
-    void *library = nullptr;
+    HostUserFolder const user;
+    HostVariable const zone; ///< which the C library then needn't look up, and keep, each time
+    SharedLibrary library;
 
 private:
     /// The blocks that unloading leaves behind by design can't be told apart by name any more once the library is
@@ -93,12 +81,12 @@ void UnloadLibrary::Use()
 {
     float const samples[] = {1, 2, -0.5f};
     float values[] = {9, 9, 9};
-    Get<Name>("InitializeVodrelC", nullptr)((folder.native("vodrel") + "$L").c_str());
-    Get<Name>("SetExperimentC", nullptr)(folder.native("X/E").c_str());
-    EXPECT_EQ(1, Get<Shot>("CreateShotC", nullptr)("*A1"));
-    Get<Store>("SetStringDataC", nullptr)("Run", "a text that is longer than a short block");
-    Get<Set>("SetWaveformC", nullptr)("W", 3, 0, 1, samples);
-    Get<Read>("GetWaveformC", nullptr)("W", 3, 0, 1, values);
+    library.Get<Name>("InitializeVodrelC")((folder.native("vodrel") + "$L").c_str());
+    library.Get<Name>("SetExperimentC")(folder.native("X/E").c_str());
+    EXPECT_EQ(1, library.Get<Shot>("CreateShotC")("*A1"));
+    library.Get<Store>("SetStringDataC")("Run", "a text that is longer than a short block");
+    library.Get<Set>("SetWaveformC")("W", 3, 0, 1, samples);
+    library.Get<Read>("GetWaveformC")("W", 3, 0, 1, values);
     EXPECT_EQ(-0.5f, values[2]);
 }
 
@@ -106,7 +94,7 @@ TEST_F(UnloadLibrary, ALibraryThatWasOnlyLoadedIsReallyUnloaded)
 {
     for (int i = 0; i < 100; i++) {
         Load();
-        ASSERT_NE(nullptr, library) << dlerror();
+        ASSERT_TRUE(library.IsThere()) << SharedLibrary::Problem();
         EXPECT_TRUE(IsLoaded());
         Unload();
         ASSERT_FALSE(IsLoaded()) << i;
@@ -117,7 +105,7 @@ TEST_F(UnloadLibrary, ALibraryInUseIsReallyUnloadedAHundredTimes)
 {
     for (int i = 0; i < 100; i++) {
         Load();
-        ASSERT_NE(nullptr, library) << dlerror();
+        ASSERT_TRUE(library.IsThere()) << SharedLibrary::Problem();
         Use();
         Unload();
         ASSERT_FALSE(IsLoaded()) << i;
@@ -128,8 +116,8 @@ TEST_F(UnloadLibrary, EachLoadBeginsAfresh)
 {
     for (int i = 0; i < 3; i++) {
         Load();
-        ASSERT_NE(nullptr, library) << dlerror();
-        Get<Name>("SetExperimentC", nullptr)(folder.native("Y/E").c_str());
+        ASSERT_TRUE(library.IsThere()) << SharedLibrary::Problem();
+        library.Get<Name>("SetExperimentC")(folder.native("Y/E").c_str());
         EXPECT_FALSE(folder.Has("Y"));
         Use();
         Unload();
@@ -189,7 +177,7 @@ TEST_F(UnloadLibrary, UnloadingLeavesNothingButTheShortBlocksOfStrings)
     for (int i = 0; i < 10; i++) {
         Blocks::Begin();
         Load();
-        ASSERT_NE(nullptr, library) << dlerror();
+        ASSERT_TRUE(library.IsThere()) << SharedLibrary::Problem();
         Use();
         Unload();
         Blocks::End();

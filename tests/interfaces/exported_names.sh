@@ -1,7 +1,10 @@
 #!/bin/sh
 # Compares what the shared library exports with the list in exports.txt, in both directions.
 #
-#     exported_names.sh libVodrelCore.so SOURCES [NM]
+#     exported_names.sh libVodrelCore.so|libVodrelCore.dll.a SOURCES [NM]
+#
+# For Windows it is the import library that says what a program can have: a function by its name, data by its pointer.
+# What types are called comes along there with the classes that they are derived from.
 #
 # Of a class it doesn't matter which of its members the compiler left as functions, so that it counts as a whole, by
 # what the headers in SOURCES mark for export and by the names in the library. Instantiations of the standard library
@@ -18,7 +21,14 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
 # kind, name as the linker knows it, name as we do
-"${3:-nm}" -D --defined-only "$1" | sed 's/@.*//' | awk '{ print $2, $3 }' >"$scratch/names"
+case $1 in
+*.dll.a)
+    "${3:-nm}" --defined-only "$1" 2>"$scratch/empty" | awk '
+        $2 == "T" { print $2, $3; function_of[$3] = 1 }
+        $2 == "I" && sub(/^__imp_/, "", $3) { pointer_of[$3] = 1 }
+        END { for (name in pointer_of) if (!(name in function_of) && name !~ /^_ZTI/) print "D", name }' >"$scratch/names" ;;
+*) "${3:-nm}" -D --defined-only "$1" | sed 's/@.*//' | awk '{ print $2, $3 }' >"$scratch/names" ;;
+esac
 cut -d' ' -f2 "$scratch/names" | c++filt | paste -d' ' "$scratch/names" - >"$scratch/all"
 
 # One line for each symbol: "flat", "function", "data" or "class", and the name. Data of a class are its own business,

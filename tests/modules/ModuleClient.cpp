@@ -3,15 +3,21 @@
 
 #include "core/Modules.h"
 
-extern "C" VODREL_API void *FindInModule(char const *folder, char const *module, char const *symbol);
-extern "C" VODREL_API void *FindInModule(char const *folder, char const *module, char const *symbol)
+#if defined _WIN32
+#define MODULE_ENTRY extern "C" __declspec(dllexport)
+#else
+#define MODULE_ENTRY extern "C" __attribute__((visibility("default")))
+#endif
+
+MODULE_ENTRY void *FindInModule(char const *folder, char const *module, char const *symbol);
+MODULE_ENTRY void *FindInModule(char const *folder, char const *module, char const *symbol)
 {
     bool ok = true;
     return GetProc(folder, module, symbol, ok, 0);
 }
 
-extern "C" VODREL_API void FreeAll();
-extern "C" VODREL_API void FreeAll()
+MODULE_ENTRY void FreeAll();
+MODULE_ENTRY void FreeAll()
 {
     UnloadModules();
 }

@@ -13,9 +13,7 @@
 #include <gtest/gtest.h>
 
 #if defined _WIN32
-#include <windows.h>
-#undef GetCurrentDirectory
-#undef SetCurrentDirectory
+#include "platform/windows/WindowsServices.h"
 #else
 #include <dlfcn.h>
 #endif

@@ -3,14 +3,13 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "support/ExperimentTest.h"
+#include "support/FileTimes.h"
 
 /// One set of the three arrays in which shots are given.
 struct ShotArrays {
@@ -99,15 +98,10 @@ protected:
     }
     using ExperimentTest::Set;
 
-    /// Sets the last-write time of a file or folder, in seconds since 1970. The clock of the file system may count from
-    /// another day, so its present is moved by the distance in time.
+    /// Sets the last-write time of a file or folder, in seconds since 1970.
     void SetDate(std::string const &relative, long long date) const
     {
-        using namespace std::chrono;
-        using file_clock = std::filesystem::file_time_type::clock;
-        auto const now = system_clock::now().time_since_epoch();
-        auto const there = file_clock::now() + (seconds(date) - duration_cast<file_clock::duration>(now));
-        std::filesystem::last_write_time(system.folder.native(relative), there + milliseconds(1));
+        SetModified(system.folder.native(relative), date);
     }
 
     ShotArrays result;

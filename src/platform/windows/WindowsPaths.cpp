@@ -53,6 +53,8 @@ bool FindMatches(char const *pattern, Matches &matches)
     if (!CutPattern(pattern, cut)) return false;
     matches.folder = cut.folder;
     matches.hadWildcards = HasWildcards(cut.name);
+    // To the system these are wildcards of another kind, which stand in no name.
+    if (!matches.hadWildcards && cut.name.find_first_of("<>\"") != std::string::npos) return false;
     // A pattern with a dot at its end, or with "?" behind all else, has a sense of its own that is ours to give.
     std::string const asked = matches.hadWildcards ? cut.folder + "*" : cut.folder + cut.name;
     Pattern const wanted(cut.name);
