@@ -345,7 +345,7 @@ TEST_F(ExpandedLabels, LongLabelsAreNoLimit)
                       {Times(megabyte, "a"), Times(megabyte, "a")}};
     for (auto const &row : rows) {
         std::string expanded;
-        EXPECT_LT(secondsOf([&] { expanded = Label(row.label); }), growthFactor) << row.label.substr(0, 20);
+        EXPECT_LT(secondsOf([&] { expanded = Label(row.label); }), farTooLong) << row.label.substr(0, 20);
         EXPECT_TRUE(row.expanded == expanded) << row.label.substr(0, 20) << " gives " << expanded.substr(0, 20);
     }
 }

@@ -306,7 +306,7 @@ TEST_F(ShotRanges, OfTwoThousandMillionNumbersTakeNoTimeAndNoMemory)
     std::string shots;
     PeakMemory(true);
     long long const before = PeakMemory(false);
-    EXPECT_GT(2, secondsOf([&] { shots = Shots("A1:A2000000000"); }));
+    EXPECT_GT(farTooLong, secondsOf([&] { shots = Shots("A1:A2000000000"); }));
     EXPECT_GT(20000000, PeakMemory(false) - before);
     EXPECT_EQ("A1/0 A2/1 A3/0 A77/2 A100/0 A1999999999/1 A2000000000/2", shots);
 }
@@ -320,7 +320,7 @@ TEST_F(ShotRanges, OfAnyPrefixTakeNoTimeAndNoMemory)
     long long const before = PeakMemory(false);
     for (char const *prefix : {"", "B", "sub\\B", "none\\B", "A*", "?", "..\\", "\\", "A/", ".", "A\"", "Z;"}) {
         std::string const spec = std::string(prefix) + "1:2000000000";
-        EXPECT_GT(2, secondsOf([&] { Shots(spec); })) << spec;
+        EXPECT_GT(farTooLong, secondsOf([&] { Shots(spec); })) << spec;
     }
     EXPECT_GT(20000000, PeakMemory(false) - before);
 }

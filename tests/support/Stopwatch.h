@@ -22,13 +22,8 @@ inline double secondsSpent()
 }
 #endif
 
-/// How much longer work may take that lets a text grow to a megabyte: there the heap moves a large block each time it
-/// grows.
-#if defined _WIN32
-inline constexpr double growthFactor = 20;
-#else
-inline constexpr double growthFactor = 1;
-#endif
+/// Seconds that work on a long text stays far below on any machine, unless its time grows with the square of the length.
+inline constexpr double farTooLong = 20;
 
 template <typename Work>
 double secondsOf(Work const &work)
