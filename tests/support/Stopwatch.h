@@ -22,7 +22,8 @@ inline double secondsSpent()
 }
 #endif
 
-/// Seconds that work on a long text stays far below on any machine, unless its time grows with the square of the length.
+/// Seconds that work on a long text stays far below on any machine, unless its time grows with the square of the
+/// length.
 inline constexpr double farTooLong = 20;
 
 template <typename Work>
