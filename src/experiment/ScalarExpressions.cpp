@@ -52,20 +52,27 @@ float narrow(double value)
     return static_cast<float>(value);
 }
 
+/// In single precision. The functions of C libraries for that, and only for this function, differ in the last place
+/// from system to system; rounded from double precision it is everywhere the nearest number.
+float arcTangent(float x)
+{
+    return narrow(std::atan(static_cast<double>(x)));
+}
+
 struct Function {
     char const *name;
     float (*of)(float);
     bool takesTexts = false; ///< what isn't a number counts as 1 if it is "True", else as 0
 };
 
-/// In double precision on the widened value, but for the arc tangent.
+/// In double precision on the widened value, rounded.
 Function const functions[] = {
     {"sin", [](float x) { return narrow(Platform::Sin(static_cast<double>(x))); }},
     {"cos", [](float x) { return narrow(Platform::Cos(static_cast<double>(x))); }},
     {"tan", [](float x) { return narrow(std::tan(static_cast<double>(x))); }},
     {"log", [](float x) { return narrow(std::log(static_cast<double>(x))); }},
     {"exp", [](float x) { return narrow(std::exp(static_cast<double>(x))); }},
-    {"atn", [](float x) { return std::atan(x); }},
+    {"atn", arcTangent},
     {"bol", [](float x) { return x; }, true},
 };
 
@@ -283,6 +290,8 @@ bool Experiment::replaceparentheses(DString &text, ScalarLookup lookup, float &r
         }
         if (function) {
             value = function->of(value);
+            // C libraries differ in the sign of what is no number, and it would show in the text.
+            if (std::isnan(value)) value = std::copysign(value, -1.0f);
             pass.Drop(functionLength);
         }
         bool const isNegativeBase = value < 0.0f && pass.IsBefore('^');

@@ -34,16 +34,14 @@ class Unsettled(Exception):
 
 # ---- Numbers -----------------------------------------------------------------------------------------------------
 
-# Python raises exceptions where C has infinities and NaNs, and knows no functions in single precision.
+# Python raises exceptions where C has infinities and NaNs, and its functions may not be the C library's.
 LIBM = ctypes.CDLL(ctypes.util.find_library("m"))
-for name in ("sin", "cos", "tan", "log", "exp", "pow"):
+for name in ("sin", "cos", "tan", "log", "exp", "atan", "pow"):
     getattr(LIBM, name).restype = ctypes.c_double
     getattr(LIBM, name).argtypes = [ctypes.c_double] * (2 if name == "pow" else 1)
-LIBM.atanf.restype = ctypes.c_float
-LIBM.atanf.argtypes = [ctypes.c_float]
 
 FUNCTIONS = {name: lambda x, f=getattr(LIBM, name): r(f(x)) for name in ("sin", "cos", "tan", "log", "exp")}
-FUNCTIONS["atn"] = LIBM.atanf
+FUNCTIONS["atn"] = lambda x: r(LIBM.atan(x))  # the nearest single, which a C library's own atanf isn't always
 FUNCTIONS["bol"] = lambda x: x
 
 SPACE = rb"[ \t\n\v\f\r]*"
