@@ -46,11 +46,6 @@ struct Prefix {
 
 } // namespace
 
-static bool isseparator(char c)
-{
-    return c == '\\' || c == '/';
-}
-
 static void addelements(std::string_view text, LocalPath &path)
 {
     for (std::size_t at = path.rootEnd; at < text.size();) {
@@ -78,7 +73,7 @@ static bool takeapart(std::string_view text, LocalPath &path)
         path.elements = SplitElements(folder);
         path.rootEnd = 2;
         path.driveName = DriveNetworkName(text[0]);
-    } else if (text.empty() || !isseparator(text[0]) || (text.size() > 1 && isseparator(text[1]))) {
+    } else if (text.empty() || !IsSeparator(text[0]) || (text.size() > 1 && IsSeparator(text[1]))) {
         return false;
     }
     path.rootElements = path.elements.size();

@@ -17,16 +17,11 @@ namespace Platform::Posix {
 
 // ---- Text --------------------------------------------------------------------------------------------
 
-static bool isseparator(char c)
-{
-    return c == '\\' || c == '/';
-}
-
 /// The text up to the next separator, which is taken away with it.
 static std::string_view takeelement(std::string_view &rest)
 {
     std::size_t end = 0;
-    while (end < rest.size() && !isseparator(rest[end])) end++;
+    while (end < rest.size() && !IsSeparator(rest[end])) end++;
     std::string_view const element = rest.substr(0, end);
     rest.remove_prefix(std::min(end + 1, rest.size()));
     return element;
@@ -93,12 +88,12 @@ static bool parsenetworkname(std::string_view text, PathName &name, int stepsLef
 static bool parse(std::string_view text, PathName &name, int stepsLeft)
 {
     if (text.empty()) return false;
-    if (text.size() >= 2 && isseparator(text[0]) && isseparator(text[1]))
+    if (text.size() >= 2 && IsSeparator(text[0]) && IsSeparator(text[1]))
         return parsenetworkname(text, name, stepsLeft);
     if (text.size() >= 2 && text[1] == ':') {
         if (!DriveFolder(text[0], name.root)) return false;
         text.remove_prefix(2);
-    } else if (isseparator(text[0])) {
+    } else if (IsSeparator(text[0])) {
         name.root = "/";
     }
     addelements(text, name);

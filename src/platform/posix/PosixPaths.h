@@ -10,6 +10,12 @@
 
 namespace Platform::Posix {
 
+/// What stands between the elements of a path: the system writes backslashes, hosts slashes.
+inline bool IsSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
+
 /// A path taken apart. The elements `.` and `..` are worked out in the text, as users of Windows disks know it, so that
 /// `..` never leads out of a drive or a share; at the front of a relative path `..` stays.
 struct PathName {
