@@ -47,23 +47,15 @@ protected:
     /// Everything below the experiment's parent, and the per-user folder without the log.
     Disk Now() const
     {
-        Disk disk;
-        std::filesystem::path const root = system.folder.native();
-        for (char const *part : {"X", "user"})
-            for (auto const &entry : std::filesystem::recursive_directory_iterator(root / part)) {
-                std::string const relative = entry.path().lexically_relative(root).generic_string();
-                if (relative == "user/Vodrel/Log.txt") continue;
-                if (entry.is_directory()) disk[relative + "/"];
-                else disk[relative] = system.folder.Read(relative);
-            }
+        Disk disk = below("X");
+        disk.merge(below("user"));
+        disk.erase("user/Vodrel/Log.txt");
         return disk;
     }
     /// The disk as it was made, the experiment opened, the shot A1 current.
     void Begin() const
     {
-        std::filesystem::remove_all(system.folder.native("X"));
-        std::filesystem::copy(system.folder.native("made"), system.folder.native("X"),
-                              std::filesystem::copy_options::recursive);
+        restore();
         system.folder.Write("user/Vodrel/MPIHosts.txt", "old");
         system.folder.Write("user/Vodrel/Log.txt", "old\r\n");
         Expt = Experiment();
@@ -158,7 +150,29 @@ protected:
     FreshSystem system;
 
 private:
-    /// Makes the experiment in the folder "made", from where each run takes it.
+    Disk below(std::string const &part) const
+    {
+        Disk disk;
+        std::string const root = system.folder.native() + "/";
+        for (auto const &entry : std::filesystem::recursive_directory_iterator(root + part)) {
+            std::string const relative = entry.path().generic_string().substr(root.size());
+            if (entry.is_directory()) disk[relative + "/"];
+            else disk[relative] = system.folder.Read(relative);
+        }
+        return disk;
+    }
+    /// Makes anew what isn't as it was made, and nothing else: there are thousands of runs.
+    void restore() const
+    {
+        Disk const now = below("X");
+        for (auto const &file : now)
+            if (made.count(file.first) == 0) std::filesystem::remove_all(system.folder.native(file.first));
+        for (auto const &file : made) {
+            if (file.first.back() == '/') system.folder.MakeFolder(file.first);
+            else if (Bytes(now, file.first) != file.second) system.folder.Write(file.first, file.second);
+        }
+    }
+    /// Makes the experiment as each run finds it.
     void makedisk()
     {
         TempFolder const &folder = system.folder;
@@ -181,6 +195,8 @@ private:
         SetWaveformC("U", 16, 0, 0.5f, data);
         SetMatrixC("M", 4, 0, 1, 4, 0, 1, 1, 0, 1, data);
         SetPGroupC("P", 2, 0, 1, 2, data);
-        std::filesystem::rename(folder.native("X"), folder.native("made"));
+        made = below("X");
     }
+
+    Disk made;
 };
