@@ -5,8 +5,9 @@
 #
 #     scripts/test.sh [--windows]
 #
-# With --windows it builds for Windows instead, and runs the tests of that under Wine. The first time takes some minutes
-# more and 1.5 GB of disk: compiler and Wine are installed, and Wine gets a folder of its own, build/wine.
+# With --windows it builds for Windows instead, and runs the tests of that under Wine, some of them beside a program for
+# Linux. The first time takes some minutes more and 1.5 GB of disk: compiler and Wine are installed, and Wine gets a
+# folder of its own, build/wine.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -20,6 +21,7 @@ test_on_windows() {
     scripts/wine.sh --start
     trap 'scripts/wine.sh --stop' EXIT
     echo "==== windows"
+    scripts/build.sh release --target make_tree
     check windows || { echo "==== Failed: windows" >&2; exit 1; }
     echo "==== All tests passed, on Windows as Wine has it."
 }
