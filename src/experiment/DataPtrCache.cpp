@@ -48,20 +48,31 @@ void *Experiment::InitDataPtr(DString const &name, DataType type)
     return entry.Data;
 }
 
+/// The next entry of an object from `start` on, -1 for none.
+int Experiment::findDataPtr(void const *object, DataType type, int start) const
+{
+    for (int i = start; i < DataPtrs.Count(); ++i) {
+        if (DataPtrs[i].Data == object && DataPtrs[i].Type == type) return i;
+    }
+    return -1;
+}
+
 bool Experiment::ReleaseDataPtr(DString const &name, DataType type, void *&data)
 {
     bool result = true;
     void const *const wanted = data;
-    for (int i = 0; i < DataPtrs.Count(); ++i) {
-        DataPtr &entry = DataPtrs[i];
-        if (entry.Data != wanted || entry.Type != type) continue;
+    for (int i = findDataPtr(wanted, type, 0); i >= 0; i = findDataPtr(wanted, type, i + 1)) {
         data = nullptr;
         if (isMemoryName(name, type)) {
-            entry.Name = name;
+            DataPtrs[i].Name = name;
             continue;
         }
         DString const file = !name ? DString() : GetDataFileName(name);
-        if (~file) result = entry.Write(file);
+        if (~file) {
+            result = DataPtrs[i].Write(file);
+            i = findDataPtr(wanted, type, 0); // whoever heard of a locked file may have changed the table
+            if (i < 0) return result;
+        }
         DataPtrs.Remove(i, 1);
     }
     return result;

@@ -174,7 +174,8 @@ public:
     /// A formula is text that is rewritten until it is a number. Brackets and parentheses are replaced by their value
     /// with eight significant digits: "(1/3)" goes on as "0.33333334", "3(2)" is 32. Blanks aren't skipped: "2 * 3" has
     /// no value. A name in memory, "@W", is gone after a formula has asked for a parameter of it. All arithmetic is in
-    /// single precision from left to right, functions and powers are rounded to it.
+    /// single precision from left to right, functions and powers are computed in double precision and rounded to it,
+    /// the arc tangent too, whose single form differs from system to system.
     float GetScalarData(DString expr, ScalarLookup lookup);
     /// Stores a number as a value of the shot, or, by a name like "W\T2", as free parameter 2 of a waveform or matrix
     /// of the current shot: the digit is 0 to 9 as in `Waveform::Slot`, 0 to 5 as in `Matrix::Slot`. Any other name
@@ -230,6 +231,7 @@ public:
 
 private:
     DataPtr &appendDataPtr(DataType type);
+    int findDataPtr(void const *object, DataType type, int start) const;
     void readGroups(DStringArray const &lines);
     void readCues(DStringArray const &lines);
     bool isGroup(int gnum) const { return gnum >= 0 && gnum < ShotPaths.Count(); }

@@ -1,7 +1,9 @@
 // The table of borrowed data objects, in each state of an entry.
 
+#include <functional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "data/Geometry.h"
@@ -409,6 +411,39 @@ TEST_F(DataPtrCache, AShotThatIsntThereDropsTheObjectSilently)
     EXPECT_TRUE(Release("Z9\\W", object));
     EXPECT_EQ(nullptr, object);
     EXPECT_EQ(nullptr, Get("@m"));
+}
+
+/// A host that does something with the table as soon as it hears of a locked file.
+struct BusyHost : DNotify {
+    explicit BusyHost(std::function<void()> what) : act(std::move(what)) {}
+    void Notify(int, int, DString const &) override
+    {
+        std::exchange(act, [] {})();
+    }
+    std::function<void()> act;
+};
+
+TEST_F(DataPtrCache, ARefusedWriteThatTheHostHearsOfDropsThatObjectAlone)
+{
+    Waveform locked(3);
+    locked.lockState = 2;
+    ASSERT_TRUE(locked.Write(expt.GetDataFileName("L")));
+    void *other = Get(""), *object = Get(""), *const kept = Init("@kept");
+    void *given = object;
+    BusyHost host([&] { EXPECT_TRUE(Release("", other)); });
+    SetNotify(&host);
+    EXPECT_FALSE(Release("L", given));
+    EXPECT_EQ(nullptr, given);
+    EXPECT_EQ(nullptr, other);
+    EXPECT_EQ(kept, Get("@kept"));
+    Release("", given = object);
+    EXPECT_EQ(object, given); // unknown by now
+
+    given = Get("");
+    host.act = [this] { expt.ClearDataPtrs(); };
+    EXPECT_FALSE(Release("L", given));
+    EXPECT_EQ(nullptr, given);
+    EXPECT_EQ(nullptr, Get("@kept"));
 }
 
 TEST_F(DataPtrCache, NothingIsSaidAboutFailures)
