@@ -49,6 +49,8 @@ public:
     float Min(int axis) const { return axis >= 0 && axis < 3 ? minCoords[axis] : 0.0f; }
 
     /// `name` comes without the extension ".dgm". False, with the object unchanged, only if the file can't be opened.
+    /// What the file lacks is 0 or empty; but of more than 4096 objects of which it lacks more than half, and of more
+    /// than a million parameters of one, only as many as it can have are taken.
     bool Read(DString name);
     bool Write(DString name); ///< stamps the object with the time
 

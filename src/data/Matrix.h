@@ -65,7 +65,8 @@ public:
     /// negative `count` with `first` above 0. The coordinates kept of that dimension are its leading ones whatever
     /// `first` says. A name of the form `name[first, count]` overrides the arguments. A dimension beyond the rank of
     /// the file stays as it was: read into a fresh object. False, and nothing changed, if the file can't be opened; a
-    /// file that ends early isn't told, what it lacks is 0.
+    /// file that ends early isn't told, what it lacks is 0; but of more than a million values of which the file lacks
+    /// more than half only the slices that it has are taken.
     bool Read(DString name, int count, int first);
     bool Write(DString name); ///< stamps the object with the time; false if the file can't be opened
     /// Writes a file that is missing. One that exists is opened and left as it is: a matrix file can't be extended.

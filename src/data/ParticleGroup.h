@@ -28,7 +28,8 @@ public:
     ParticleGroup &operator=(ParticleGroup const &other);
     ~ParticleGroup() override;
 
-    /// Parameters, texts and geometry, and the number of particles of `other`; not the extremes.
+    /// Parameters, texts and geometry, and the number of particles of `other`; not the extremes. The rows stay as they
+    /// are: of more rows than that number `Write` and `Append` put out the first ones.
     void CopyHeader(ParticleGroup const &other);
 
     // Sizes in rows.
@@ -60,7 +61,7 @@ public:
 
     /// Reads `count` rows from row `first` on; 0 the header alone; below 0 all from row 0, up to MaxParticleBatch,
     /// whatever `first` says. A `first` below 0 asks for as many rows more behind the end. Rows that the file lacks are
-    /// 0.
+    /// 0; but of more than MaxParticleBatch rows of which it lacks more than half only those that it has are taken.
     bool Read(DString name, int count, int first);
     bool Write(DString name); ///< stamps the object with the time
     /// Adds the rows in memory, whose extremes are to be up to date, to a file in place; writes one that is missing.
@@ -99,6 +100,7 @@ private:
     void sizeFor(DFile &f, Layout const &layout, long long n);
     void readRows(DFile &f, int version, int columns);
     void writeFixedPart(DFile &f, int nRows);
+    void writeRows(DFile &f);
     static void upgrade(DFile &f);
     void copyparameters(ParticleGroup const &other);
     void takeHeader(ParticleGroup const &other);

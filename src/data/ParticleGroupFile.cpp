@@ -166,7 +166,14 @@ void ParticleGroup::Write(DFile &f)
     f.DSWrite(units, longPrefixWidth);
     f.DSWrite(note, longPrefixWidth);
     f.DSWrite(stamp, longPrefixWidth);
-    writeFloats(f, Data(), Count());
+    writeRows(f);
+}
+
+/// As many rows as `nParticles` says, of those that there are.
+void ParticleGroup::writeRows(DFile &f)
+{
+    int const nRows = Count() / nParticleCols;
+    writeFloats(f, Data(), nParticleCols * (particles < nRows ? particles : nRows));
 }
 
 void ParticleGroup::writeFixedPart(DFile &f, int nRows)
@@ -219,7 +226,7 @@ void ParticleGroup::Append(DFile &f)
     origParticles = static_cast<int>(total);
     writeFixedPart(f, origParticles);
     f.SeekRel(texts + rows);
-    writeFloats(f, Data(), Count());
+    writeRows(f);
 }
 
 /// The parameters of a file win; its extremes join ours.

@@ -416,6 +416,11 @@ TEST_F(MatrixFile, SelectionWithoutACommaGivesOneSlice)
         ASSERT_TRUE(m.Read(Name("img") + text, -1, 0));
         EXPECT_EQ(1, m.GetSize(2));
     }
+    for (int const slice : {1, 2, 4}) { // the number counts for both: up to it, and at least one
+        OpenMatrix m;
+        ASSERT_TRUE(m.Read(Name("img") + ("[" + std::to_string(slice) + "]").c_str(), -1, 0));
+        EXPECT_EQ(static_cast<float>(2 * (slice - 1)), m[0]);
+    }
 }
 
 TEST_F(MatrixFile, SelectionIsCutOffAtTheFirstBracket)

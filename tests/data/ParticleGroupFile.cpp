@@ -475,6 +475,27 @@ TEST_F(ParticleFile, AppendAddsRowsAndKeepsTheTextsOfTheFile)
     EXPECT_EQ(WithThree(ParticleBytes()).Bytes(), Appended(GoldenBytes(), Three()));
 }
 
+TEST_F(ParticleFile, OnlyTheRowsThatTheNumberSaysAreWritten)
+{
+    OpenParticles const three = ReadBytes(WithThree(ParticleBytes()).Bytes(), 3, 0);
+    OpenParticles five = ReadBytes(WithThree(ParticleBytes()).Bytes(), 5, 0);
+    five.CopyHeader(three);
+    ASSERT_TRUE(five.Write(Name("written")));
+    OpenParticles back;
+    EXPECT_TRUE(back.Read(Name("written"), -1, 0));
+    EXPECT_EQ(3, back.nParticles());
+    EXPECT_EQ(five.RowBytes().substr(0, 96), back.RowBytes());
+    std::size_t const size = Disk("written").size();
+    ASSERT_TRUE(five.Append(Name("written")));
+    EXPECT_EQ(6, five.nOrigParticles());
+    EXPECT_EQ(size + 96, Disk("written").size());
+
+    OpenParticles one = ReadBytes(GoldenBytes(), 1, 0);
+    one.CopyHeader(three);
+    ASSERT_TRUE(one.Write(Name("short"))); // two of the three are missing
+    EXPECT_EQ(size - 64, Disk("short").size());
+}
+
 TEST_F(ParticleFile, AppendTakesWhatTheFileHolds)
 {
     Put("append", GoldenBytes());
