@@ -258,13 +258,18 @@ TEST_F(PosixPaths, NamesThatAreTooLongJustFail)
     std::string const longName(300, 'a');
     std::string deep = folder.path();
     for (int i = 0; i < 3000; i++) deep += "\\aa";
-    for (std::string const &path : {folder.path(longName), folder.path(longName + "\\x"), deep}) {
+    std::string deeper = deep;
+    for (int i = 0; i < 100000; i++) deeper += "\\a";
+    folder.Write("from/x", "x");
+    for (std::string const &path : {folder.path(longName), folder.path(longName + "\\x"), deep, deeper}) {
         EXPECT_EQ("(closed)", Opened(path));
         EXPECT_FALSE(Written(path, "x"));
         EXPECT_FALSE(Platform::MakeFolder(path.c_str()));
         EXPECT_TRUE(Found(path).empty());
         EXPECT_FALSE(Platform::DeleteMatching(path.c_str()));
+        EXPECT_FALSE(Platform::CopyMatching(folder.path("from\\*").c_str(), path.c_str(), true));
     }
+    EXPECT_FALSE(folder.Has("aa")); // no part of the way either
     std::string const longest(255, 'a');
     EXPECT_TRUE(Written(folder.path(longest), "x"));
     EXPECT_EQ("x", Opened(folder.path(std::string(255, 'A'))));

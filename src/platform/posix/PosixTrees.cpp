@@ -1,5 +1,6 @@
 // Copying and deleting of all that matches a path, whole trees too.
 
+#include <climits>
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
@@ -133,16 +134,22 @@ bool TreeCopy::leadsback(std::string const &folder) const
     return standsin(folder, realTarget);
 }
 
-/// Finds the folder of the first `n` elements, or makes it and those on the way to it. A share's own folder
+/// Finds a folder, or makes it and those on the way to it; none of them if its name is too long. A share's own folder
 /// isn't made.
-static bool needfolder(PathName const &name, std::size_t n, FoundFolder &folder)
+static bool needfolder(PathName const &name, FoundFolder &folder)
 {
+    std::size_t const n = name.elements.size();
+    if (name.Native(n).size() >= PATH_MAX) return false;
     if (FindFolder(name, n, folder)) return true;
-    FoundFolder parent;
-    if (n <= name.rootElements || !needfolder(name, n - 1, parent)) return false;
-    std::string const &element = name.elements[n - 1];
-    if (!ListFolder(parent.native, &parent.info)->Find(element).empty()) return false;
-    return mkdir(Join(parent.native, element).c_str(), 0777) == 0 && FindFolder(name, n, folder);
+    if (n <= name.rootElements || !FindFolder(name, name.rootElements, folder)) return false;
+    for (std::size_t i = name.rootElements; i < n; i++) {
+        FoundFolder const parent = folder;
+        if (FindFolder(name, i + 1, folder)) continue;
+        std::string const &element = name.elements[i];
+        if (!ListFolder(parent.native, &parent.info)->Find(element).empty()) return false;
+        if (mkdir(Join(parent.native, element).c_str(), 0777) != 0 || !FindFolder(name, i + 1, folder)) return false;
+    }
+    return true;
 }
 
 /// Whether a match that was named without wildcards can be copied at all.
@@ -156,13 +163,12 @@ bool CopyMatching(char const *pattern, char const *to, bool wholeTrees)
     PathName toName;
     Matches matches;
     if (!Allowed("CopyMatching") || !FindMatches(pattern, matches) || !ParsePath(to, toName)) return false;
-    std::size_t const all = toName.elements.size();
-    if (toName.HasWildcardsIn(all)) return false;
+    if (toName.HasWildcardsIn(toName.elements.size())) return false;
     struct stat info;
     bool const named = !matches.hadWildcards;
     if (named && !cancopy(Join(matches.folder, matches.names[0]), wholeTrees, info)) return false;
     FoundFolder target;
-    if (!needfolder(toName, all, target) || (named && IsSame(info, target.info))) return false;
+    if (!needfolder(toName, target) || (named && IsSame(info, target.info))) return false;
     TreeCopy copy(target, wholeTrees);
     copy.CopyInto(target.native, matches.folder, matches.names);
     return !copy.HasFailed();
