@@ -31,6 +31,8 @@ TEST(WindowsMachine, AForeignClientMayUseSlashes)
                       {"C:/data/Run1//", "C:\\data\\Run1"},
                       {"//server/share/x", "\\\\server\\share\\x"},
                       {"C:/", "C:\\"},
+                      {"C:\\data\\Run1\\", "C:\\data\\Run1\\"}, // the system's own form already
+                      {"\\\\server\\share\\x\\", "\\\\server\\share\\x\\"},
                       {"a/b", "a/b"},
                       {".\\Run1", ".\\Run1"},
                       {"C:a/b", "C:a/b"},
@@ -62,6 +64,16 @@ TEST(WindowsModules, AreLoadedByTheirFullNames)
     EXPECT_EQ(42, reinterpret_cast<int (*)()>(answer)());
     EXPECT_EQ(nullptr, Platform::ModuleSymbol(module, "answer"));
     Platform::FreeModule(module);
+}
+
+TEST(WindowsModules, MayHaveLongNames)
+{
+    TempFolder const folder;
+    std::string const deep = LongFolder(folder);
+    if (deep.empty()) GTEST_SKIP() << "this system makes no such folder";
+    std::string const file = folder.path(deep + "\\Module.dll");
+    ASSERT_TRUE(Platform::CopyOneFile(VODREL_PLAIN_MODULE, file.c_str()));
+    EXPECT_TRUE(Loads(file));
 }
 
 TEST(WindowsModules, AreNotSoughtAmongTheLibrariesOfTheSystem)

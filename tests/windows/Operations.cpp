@@ -82,6 +82,45 @@ TEST_F(WindowsOperations, ATargetInsideStaysOutOfTheCopy)
     EXPECT_FALSE(Copied("from", "from\\sub\\deep", true));
 }
 
+TEST_F(WindowsOperations, ATargetMayEndInABackslash)
+{
+    EXPECT_TRUE(Copied("from\\*", "new\\to\\", true));
+    EXPECT_EQ("d", folder.Read("new/to/sub/deep/d"));
+    EXPECT_TRUE(Copied("from\\a.dat", "to//", false));
+    EXPECT_EQ("a", folder.Read("to/a.dat"));
+}
+
+TEST_F(WindowsOperations, NothingIsCopiedOntoItself)
+{
+    for (char const *to : {"from", "FROM\\", "from\\sub\\..", "."}) {
+        bool const inPlace = *to != '.';
+        for (bool const wholeTrees : {false, true})
+            EXPECT_FALSE(Copied(inPlace ? "from\\*" : "from", to, wholeTrees)) << to << wholeTrees;
+    }
+    EXPECT_FALSE(Copied("from\\a.dat", "from", false));
+    EXPECT_EQ((Names{"a.dat", "b.data", "sub/"}), Found(Path("from\\*")));
+}
+
+TEST_F(WindowsOperations, WhereTheOtherKindStandsTheRestIsCopied)
+{
+    folder.MakeFolder("to/a.dat");
+    folder.Write("to/sub/deep", "a file");
+    EXPECT_FALSE(Copied("from\\*", "to", true));
+    EXPECT_EQ((Names{"a.dat/", "b.data", "sub/"}), Found(Path("to\\*")));
+    EXPECT_EQ("a file", folder.Read("to/sub/deep"));
+    EXPECT_FALSE(Copied("from\\a.dat", "to", false));
+}
+
+TEST_F(WindowsOperations, LongNamesAreCopiedWhole)
+{
+    std::string const to = LongFolder(folder);
+    if (to.empty()) GTEST_SKIP() << "this system makes no such folder";
+    EXPECT_TRUE(Copied("from\\*", to.c_str(), true));
+    EXPECT_EQ((Names{"a.dat", "b.data", "sub/"}), Found(Path(to + "\\*")));
+    EXPECT_TRUE(Copied((to + "\\*").c_str(), "back", true));
+    EXPECT_EQ("d", folder.Read("back/sub/deep/d"));
+}
+
 TEST_F(WindowsOperations, OneFileIsCopiedOverAnother)
 {
     EXPECT_TRUE(CopyOneFile(Path("from\\a.dat").c_str(), Path("from\\b.data").c_str()));

@@ -26,3 +26,16 @@ inline bool Opens(std::string const &path, char const *mode = "rb")
     Platform::CloseFile(file);
     return file != nullptr;
 }
+
+/// Makes a folder whose name has less than 260 characters but more bytes, in UTF-8, and gives its name in `folder`;
+/// empty where the system makes none.
+inline std::string LongFolder(TempFolder const &folder)
+{
+    std::string outer, inner;
+    for (int i = 0; i < 100; ++i) outer += "\xC3\xA9";
+    for (int i = 0; i < 60; ++i) inner += "\xC3\xA9";
+    std::string const both = outer + "\\" + inner;
+    bool const made =
+        Platform::MakeFolder(folder.path(outer).c_str()) && Platform::MakeFolder(folder.path(both).c_str());
+    return made ? both : "";
+}

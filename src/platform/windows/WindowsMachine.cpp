@@ -16,10 +16,11 @@ namespace Platform {
 // ---- Folders and names
 // ----------------------------------------------------------------------------------------------------
 
-/// Windows takes slashes for backslashes, the system doesn't.
+/// Windows takes slashes for backslashes, the system doesn't. A path without any is the system's already.
 std::string SystemPath(char const *hostName)
 {
     std::string path = hostName ? hostName : "";
+    if (path.find('/') == std::string::npos) return path;
     bool const hasDrive = path.size() > 2 && path[1] == ':' && (path[2] == '/' || path[2] == '\\');
     bool const isNetworkName = path.compare(0, 2, "//") == 0 || path.compare(0, 2, "\\\\") == 0;
     if (!hasDrive && !isNetworkName) return path;

@@ -31,10 +31,9 @@ char const *ModuleExtension()
 /// unless it ends in one.
 void *LoadModule(char const *path)
 {
-    char full[MAX_PATH];
     NoQuestions const during;
-    if (!Windows::IsFileName(path) || !GetFullPathNameA(path, MAX_PATH, full, nullptr)) return nullptr;
-    std::string const name = full;
+    std::string const name = Windows::IsFileName(path) ? Windows::FullName(path) : std::string();
+    if (name.empty()) return nullptr;
     bool const hasDot = name.find('.', name.find_last_of('\\') + 1) != std::string::npos;
     return LoadLibraryA((hasDot ? name : name + '.').c_str());
 }

@@ -57,10 +57,15 @@ static bool isThere(std::string const &folder)
 /// Makes a folder and those on the way to it.
 static bool needFolder(std::string const &folder)
 {
-    if (isThere(folder)) return true;
-    std::size_t const separator = folder.find_last_of("\\/");
-    if (separator != std::string::npos && separator > 0) needFolder(folder.substr(0, separator));
-    return IsFileName(folder.c_str()) && CreateDirectoryA(folder.c_str(), nullptr);
+    std::vector<std::string> missing;
+    for (std::string name = folder; !name.empty() && !isThere(name);) {
+        missing.push_back(name);
+        std::size_t const separator = name.find_last_of("\\/");
+        name.resize(separator == std::string::npos ? 0 : separator);
+    }
+    for (auto name = missing.rbegin(); name != missing.rend(); ++name)
+        if (!IsFileName(name->c_str()) || !CreateDirectoryA(name->c_str(), nullptr)) return false;
+    return true;
 }
 
 // ---- Copying
@@ -73,42 +78,70 @@ bool CopyOneFile(char const *from, char const *to)
     if (!Allowed("CopyOneFile") || !IsFileName(from) || !IsFileName(to) || !CutPattern(to, cut)) return false;
     if (IsFolder(GetFileAttributesA(from)) || IsFolder(GetFileAttributesA(to)) || IsSame(from, to)) return false;
     std::string const copy = cut.folder + ".vodrel-copy-" + std::to_string(GetCurrentProcessId());
+    if (copy.size() >= MAX_PATH) return CopyFileA(from, to, FALSE); // in a folder that has no room for the name
     bool const copied =
         CopyFileA(from, copy.c_str(), FALSE) && MoveFileExA(copy.c_str(), to, MOVEFILE_REPLACE_EXISTING);
-    if (!copied) DeleteFileA(copy.c_str());
+    if (!copied && SetFileAttributesA(copy.c_str(), FILE_ATTRIBUTE_NORMAL)) DeleteFileA(copy.c_str());
     return copied;
 }
 
-/// Whether a folder stands in another, or is it.
-static bool standsIn(std::string const &inner, std::string const &outer)
+/// Whether a folder stands in another, or is it, by their full names.
+static bool standsIn(std::string const &path, std::string const &root)
 {
-    char a[MAX_PATH], b[MAX_PATH];
-    if (!GetFullPathNameA(inner.c_str(), MAX_PATH, a, nullptr) ||
-        !GetFullPathNameA(outer.c_str(), MAX_PATH, b, nullptr))
-        return false;
-    std::string const path = a, root = b;
     bool const isPrefix = path.size() >= root.size() && SameFolded(path.substr(0, root.size()), root);
     return isPrefix && (path.size() == root.size() || path[root.size()] == '\\');
+}
+
+/// Whether something can be copied to a name: the shell would ask its user where a file has the name of a folder, or a
+/// folder that of a file, be it somewhere inside.
+static bool canGo(std::string const &from, unsigned long attributes, std::string const &to)
+{
+    unsigned long const there = GetFileAttributesA(to.c_str());
+    if (there == INVALID_FILE_ATTRIBUTES) return true;
+    if (!IsFolder(attributes) || !IsFolder(there)) return IsFolder(attributes) == IsFolder(there);
+    Matches matches;
+    if (!FindMatches((from + "\\*").c_str(), matches)) return false;
+    for (WIN32_FIND_DATAA const &entry : matches.found) {
+        std::string const name = std::string("\\") + entry.cFileName;
+        if (!canGo(from + name, entry.dwFileAttributes, to + name)) return false;
+    }
+    return matches.isComplete;
+}
+
+/// A target folder as the shell takes it.
+static std::string withoutEnd(std::string folder)
+{
+    while (folder.size() > 1 && (folder.back() == '\\' || folder.back() == '/') && folder[folder.size() - 2] != ':')
+        folder.pop_back();
+    return folder;
 }
 
 bool CopyMatching(char const *pattern, char const *to, bool wholeTrees)
 {
     Matches matches;
     if (!Allowed("CopyMatching") || !FindMatches(pattern, matches) || !to || !*to || HasWildcards(to)) return false;
+    std::string const target = withoutEnd(to);
+    std::string const fullTarget = FullName(target.c_str());
+    std::string const fullSource = FullName(matches.folder.empty() ? "." : matches.folder.c_str());
+    if (fullTarget.empty() || fullSource.empty() || IsSame(fullTarget.c_str(), fullSource.c_str())) return false;
     std::vector<WIN32_FIND_DATAA> sources;
+    bool isComplete = matches.isComplete;
     for (WIN32_FIND_DATAA const &entry : matches.found) {
         bool const isFolder = IsFolder(entry.dwFileAttributes);
+        std::string const name = withoutEnd(fullSource) + '\\' + entry.cFileName;
         // The target itself may stand inside of what is copied; it stays out of the copy.
-        bool const holdsTarget = isFolder && standsIn(to, matches.folder + entry.cFileName);
+        bool const holdsTarget = isFolder && standsIn(fullTarget, name);
         if (isFolder && !wholeTrees && !matches.hadWildcards) return false;
         if (holdsTarget && !matches.hadWildcards) return false;
-        if (!holdsTarget) sources.push_back(entry);
+        if (holdsTarget || (isFolder && !wholeTrees)) continue;
+        if (canGo(name, entry.dwFileAttributes, fullTarget + '\\' + entry.cFileName)) sources.push_back(entry);
+        else isComplete = false;
     }
-    if (!needFolder(to)) return false;
+    if (!needFolder(target)) return false;
     NameList const names = namesIn(matches.folder, sources, wholeTrees);
-    NameList target;
-    target.Add(to);
-    return names.IsEmpty() || operate(FO_COPY, names, target, wholeTrees ? quiet : filesOnly);
+    NameList targets;
+    targets.Add(target);
+    return (names.IsEmpty() || operate(FO_COPY, names, targets, wholeTrees ? quiet : filesOnly)) && isComplete;
 }
 
 // ---- Deleting and renaming
@@ -119,7 +152,7 @@ bool DeleteMatching(char const *pattern)
     Matches matches;
     if (!Allowed("DeleteMatching") || !FindMatches(pattern, matches)) return false;
     NameList const names = namesIn(matches.folder, matches.found, true);
-    return names.IsEmpty() || operate(FO_DELETE, names, NameList(), quiet);
+    return (names.IsEmpty() || operate(FO_DELETE, names, NameList(), quiet)) && matches.isComplete;
 }
 
 static bool isSpelled(char const *path)

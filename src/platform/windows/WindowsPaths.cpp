@@ -40,6 +40,18 @@ bool IsFileName(char const *path)
     return CutPattern(path, cut) && !HasWildcards(cut.name);
 }
 
+/// A name of less than MAX_PATH characters may take more bytes in a code page such as UTF-8.
+std::string FullName(char const *path)
+{
+    std::vector<char> text(MAX_PATH);
+    unsigned long length = GetFullPathNameA(path, static_cast<unsigned long>(text.size()), text.data(), nullptr);
+    if (length >= text.size()) {
+        text.resize(length + 1);
+        length = GetFullPathNameA(path, static_cast<unsigned long>(text.size()), text.data(), nullptr);
+    }
+    return length < text.size() ? std::string(text.data(), length) : std::string();
+}
+
 void NameList::Add(std::string const &name)
 {
     for (char const c : name) text += c == '/' ? '\\' : c;
@@ -70,6 +82,7 @@ bool FindMatches(char const *pattern, Matches &matches)
         bool const isEntry = name != "." && name != "..";
         if (isEntry && (!matches.hadWildcards || wanted.Matches(name))) matches.found.push_back(found);
     } while (FindNextFileA(listing, &found));
+    matches.isComplete = GetLastError() == ERROR_NO_MORE_FILES;
     FindClose(listing);
     std::sort(matches.found.begin(), matches.found.end(), [](WIN32_FIND_DATAA const &a, WIN32_FIND_DATAA const &b) {
         return SortsBefore(a.cFileName, b.cFileName);

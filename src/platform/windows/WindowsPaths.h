@@ -33,11 +33,16 @@ private:
     std::string text;
 };
 
-/// All that matches a path, filtered and sorted. `hadWildcards` tells whether it was a pattern.
+/// With drive or share in front and nothing relative in it; empty for a path that has no such name.
+std::string FullName(char const *path);
+
+/// All that matches a path, filtered and sorted. `hadWildcards` tells whether it was a pattern, `isComplete` whether
+/// the folder was read to its end.
 struct Matches {
     std::string folder;
     std::vector<WIN32_FIND_DATAA> found;
     bool hadWildcards = false;
+    bool isComplete = true;
 };
 bool FindMatches(char const *pattern, Matches &matches);
 
