@@ -33,6 +33,7 @@ int const mostDigits = 20; ///< that `Format` prints
 struct Shot {
     DString name;
     int group = 0;
+    DString word = shotWord; ///< as the folder is spelled
 };
 using Shots = std::vector<Shot>;
 
@@ -40,7 +41,7 @@ using Shots = std::vector<Shot>;
 DString folderOf(Experiment const &experiment, Shot const &shot)
 {
     DString const path = experiment.GetShotGroupPath(shot.group);
-    return ~path ? AppendPathElts(path, shotWord + shot.name) : DString();
+    return ~path ? AppendPathElts(path, shot.word + shot.name) : DString();
 }
 
 bool exists(Experiment const &experiment, Shot const &shot)
@@ -205,7 +206,8 @@ Shots matching(Experiment const &experiment, DString const &pattern, int group)
     DStringArray folders;
     GetFolders(folderOf(experiment, {pattern, group}), folders, true);
     Shots shots;
-    for (int i = 0; i < folders.Count(); ++i) shots.push_back({folders[i].Mid(dStrlen(shotWord)), group});
+    int const length = dStrlen(shotWord);
+    for (int i = 0; i < folders.Count(); ++i) shots.push_back({folders[i].Mid(length), group, folders[i].Left(length)});
     return shots;
 }
 

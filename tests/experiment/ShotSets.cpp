@@ -190,6 +190,23 @@ TEST_F(ShotSets, OfAWildcardHaveTheDatesOfTheirScalars)
     EXPECT_EQ("1300000000 0 1200000000", result.Dates());
 }
 
+#if !defined _WIN32 // where no two folders differ in case alone
+TEST_F(ShotSets, OfFoldersThatDifferInCaseHaveTheDateAndTheFilesOfEach)
+{
+    MakeShots(1, {"A1"});
+    std::string const other = "X/Data/RunA/SHOTA1";
+    system.folder.Write(other + "/Scalars.ini");
+    Touch(1, "A1", "Scalars.ini");
+    Touch(1, "A1", "W.wvf");
+    SetDate(other + "/Scalars.ini", 1200000000);
+    SetDate(ShotIn(1, "A1") + "/Scalars.ini", 1300000000);
+    EXPECT_EQ("A1/1 A1/1", Set(RunA, "*"));
+    EXPECT_EQ("1200000000 1300000000", result.Dates());
+    EXPECT_EQ("A1/1", Set(RunA, "*", "W"));
+    EXPECT_EQ("1300000000", result.Dates());
+}
+#endif
+
 TEST_F(ShotSets, ReadAndMakeNoFiles)
 {
     MakeWaves();
