@@ -28,6 +28,8 @@ public:
 
     /// Adds one string; nothing on a table, since only whole runs are added.
     void Add(DString const &s);
+    /// Adds the `n` strings that stand one behind the other from `s` on.
+    void Add(DString const &s, int n) { DArray<DString, 1>::Add(s, n); }
     DStringArray &operator<<(DString const &s);
     void Append(DStringArray const &other);
 

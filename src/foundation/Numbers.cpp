@@ -54,6 +54,7 @@ int const maxFormatDigits = 4;
 
 bool skipDigits(char const *&p)
 {
+    while (*p == '0') ++p;
     char const *const begin = p;
     while (isDigit(*p)) ++p;
     return p - begin <= maxFormatDigits;

@@ -479,6 +479,15 @@ TEST(DStringArrayAdding, AddsAtTheEndAndShares)
     EXPECT_TRUE(shareBlock(list[0], s));
 }
 
+TEST(DStringArrayAdding, AddsSeveralThatStandBehindEachOther)
+{
+    DString const texts[] = {"a", "b", "c"};
+    DStringArray list;
+    list.Add(texts[1], 2);
+    list.Add(texts[0], 1);
+    EXPECT_EQ(textsOf(list), (Texts{"b", "c", "a"}));
+}
+
 TEST(DStringArrayAdding, ToATableAddsNothing)
 {
     DStringArray table(3, 2);

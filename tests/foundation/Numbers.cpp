@@ -198,25 +198,26 @@ struct FormatRow {
 };
 
 FormatRow const formatRows[] = {
-    {"%d", true, false},       {"%i", true, false},         {"%u", true, false},     {"%x", true, false},
-    {"%X", true, false},       {"%o", true, false},         {"%5d", true, false},    {"%-5d", true, false},
-    {"%+d", true, false},      {"% d", true, false},        {"%05d", true, false},   {"%.3d", true, false},
-    {"%.03i", true, false},    {"%8.3i", true, false},      {"%#x", true, false},    {"%.i", true, false},
-    {"%f", false, true},       {"%F", false, true},         {"%e", false, true},     {"%E", false, true},
-    {"%g", false, true},       {"%G", false, true},         {"%5.2f", false, true},  {"%.8g", false, true},
-    {"%+.2e", false, true},    {"%#g", false, true},        {"%.f", false, true},    {"%-8.3f", false, true},
-    {"a %d b", true, false},   {"100%% %d", true, false},   {"%d%%", true, false},   {"%%%d", true, false},
-    {"%% %f %%", false, true}, {"\xC9%d\xFF", true, false}, {"%.2f%%", false, true}, {"", false, false},
-    {"abc", false, false},     {"%", false, false},         {"%%", false, false},    {"%d%", false, false},
-    {"%%%", false, false},     {"%5", false, false},        {"%5.", false, false},   {"%-", false, false},
-    {"%s", false, false},      {"%c%s", false, false},      {"%n", false, false},    {"%d%n", false, false},
-    {"%p", false, false},      {"%d%d", false, false},      {"%f%f", false, false},  {"%d%f", false, false},
-    {"%d %s", false, false},   {"%*d", false, false},       {"%.*d", false, false},  {"%*.*f", false, false},
-    {"%.*f", false, false},    {"%ld", false, false},       {"%lld", false, false},  {"%zd", false, false},
-    {"%jd", false, false},     {"%td", false, false},       {"%Lf", false, false},   {"%Lg", false, false},
-    {"%ls", false, false},     {"%S", false, false},        {"%q", false, false},    {"%k", false, false},
-    {"%\xC9", false, false},   {"%m", false, false},        {"%2$d", false, false},  {"%5 %d", false, false},
-    {"%% %", false, false},    {"%-5", false, false},       {"%.", false, false},    {"%#", false, false}};
+    {"%d", true, false},         {"%i", true, false},        {"%u", true, false},       {"%x", true, false},
+    {"%X", true, false},         {"%o", true, false},        {"%5d", true, false},      {"%-5d", true, false},
+    {"%+d", true, false},        {"% d", true, false},       {"%05d", true, false},     {"%.3d", true, false},
+    {"%.03i", true, false},      {"%8.3i", true, false},     {"%#x", true, false},      {"%.i", true, false},
+    {"%000005d", true, false},   {"%.000003d", true, false}, {"%.00002f", false, true}, {"%f", false, true},
+    {"%F", false, true},         {"%e", false, true},        {"%E", false, true},       {"%g", false, true},
+    {"%G", false, true},         {"%5.2f", false, true},     {"%.8g", false, true},     {"%+.2e", false, true},
+    {"%#g", false, true},        {"%.f", false, true},       {"%-8.3f", false, true},   {"a %d b", true, false},
+    {"100%% %d", true, false},   {"%d%%", true, false},      {"%%%d", true, false},     {"%% %f %%", false, true},
+    {"\xC9%d\xFF", true, false}, {"%.2f%%", false, true},    {"", false, false},        {"abc", false, false},
+    {"%", false, false},         {"%%", false, false},       {"%d%", false, false},     {"%%%", false, false},
+    {"%5", false, false},        {"%5.", false, false},      {"%-", false, false},      {"%s", false, false},
+    {"%c%s", false, false},      {"%n", false, false},       {"%d%n", false, false},    {"%p", false, false},
+    {"%d%d", false, false},      {"%f%f", false, false},     {"%d%f", false, false},    {"%d %s", false, false},
+    {"%*d", false, false},       {"%.*d", false, false},     {"%*.*f", false, false},   {"%.*f", false, false},
+    {"%ld", false, false},       {"%lld", false, false},     {"%zd", false, false},     {"%jd", false, false},
+    {"%td", false, false},       {"%Lf", false, false},      {"%Lg", false, false},     {"%ls", false, false},
+    {"%S", false, false},        {"%q", false, false},       {"%k", false, false},      {"%\xC9", false, false},
+    {"%m", false, false},        {"%2$d", false, false},     {"%5 %d", false, false},   {"%% %", false, false},
+    {"%-5", false, false},       {"%.", false, false},       {"%#", false, false}};
 
 } // namespace
 
