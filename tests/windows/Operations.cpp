@@ -121,6 +121,14 @@ TEST_F(WindowsOperations, LongNamesAreCopiedWhole)
     EXPECT_EQ("d", folder.Read("back/sub/deep/d"));
 }
 
+TEST_F(WindowsOperations, NothingIsCopiedToWhatIsNoName)
+{
+    std::string deep = "aa";
+    for (int i = 0; i < 100000; ++i) deep += "\\a";
+    EXPECT_FALSE(Copied("from\\*", deep.c_str(), true));
+    EXPECT_FALSE(folder.Has("aa"));
+}
+
 TEST_F(WindowsOperations, OneFileIsCopiedOverAnother)
 {
     EXPECT_TRUE(CopyOneFile(Path("from\\a.dat").c_str(), Path("from\\b.data").c_str()));

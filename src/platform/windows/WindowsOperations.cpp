@@ -57,14 +57,16 @@ static bool isThere(std::string const &folder)
 /// Makes a folder and those on the way to it.
 static bool needFolder(std::string const &folder)
 {
-    std::vector<std::string> missing;
+    std::vector<std::size_t> missing; // the lengths of their names
     for (std::string name = folder; !name.empty() && !isThere(name);) {
-        missing.push_back(name);
+        missing.push_back(name.size());
         std::size_t const separator = name.find_last_of("\\/");
         name.resize(separator == std::string::npos ? 0 : separator);
     }
-    for (auto name = missing.rbegin(); name != missing.rend(); ++name)
-        if (!IsFileName(name->c_str()) || !CreateDirectoryA(name->c_str(), nullptr)) return false;
+    for (auto length = missing.rbegin(); length != missing.rend(); ++length) {
+        std::string const name = folder.substr(0, *length);
+        if (!IsFileName(name.c_str()) || !CreateDirectoryA(name.c_str(), nullptr)) return false;
+    }
     return true;
 }
 

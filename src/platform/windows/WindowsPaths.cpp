@@ -1,6 +1,7 @@
 #include "platform/windows/WindowsPaths.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/Wildcards.h"
 
@@ -43,6 +44,8 @@ bool IsFileName(char const *path)
 /// A name of less than MAX_PATH characters may take more bytes in a code page such as UTF-8.
 std::string FullName(char const *path)
 {
+    std::size_t const longest = 32767; // of all names on Windows
+    if (std::strlen(path) > longest) return std::string();
     std::vector<char> text(MAX_PATH);
     unsigned long length = GetFullPathNameA(path, static_cast<unsigned long>(text.size()), text.data(), nullptr);
     if (length >= text.size()) {
