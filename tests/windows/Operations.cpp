@@ -82,6 +82,16 @@ TEST_F(WindowsOperations, ATargetInsideStaysOutOfTheCopy)
     EXPECT_FALSE(Copied("from", "from\\sub\\deep", true));
 }
 
+TEST_F(WindowsOperations, NoFolderOfADriveIsCopiedIntoItself)
+{
+    DeleteMatching("V:\\vodrel-own");
+    // The drive that scripts/wine.sh maps.
+    if (!Platform::MakeFolder("V:\\vodrel-own")) GTEST_SKIP() << "there is no drive V:";
+    EXPECT_FALSE(CopyMatching("V:\\vodrel-own", "V:\\vodrel-own\\in", true));
+    EXPECT_EQ(Names{}, Found("V:\\vodrel-own\\*"));
+    EXPECT_TRUE(DeleteMatching("V:\\vodrel-own"));
+}
+
 TEST_F(WindowsOperations, ATargetMayEndInABackslash)
 {
     EXPECT_TRUE(Copied("from\\*", "new\\to\\", true));

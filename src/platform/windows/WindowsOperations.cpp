@@ -110,6 +110,11 @@ static bool canGo(std::string const &from, unsigned long attributes, std::string
     return matches.isComplete;
 }
 
+static std::string join(std::string const &folder, std::string const &name)
+{
+    return folder.back() == '\\' ? folder + name : folder + '\\' + name;
+}
+
 /// A target folder as the shell takes it.
 static std::string withoutEnd(std::string folder)
 {
@@ -130,13 +135,13 @@ bool CopyMatching(char const *pattern, char const *to, bool wholeTrees)
     bool isComplete = matches.isComplete;
     for (WIN32_FIND_DATAA const &entry : matches.found) {
         bool const isFolder = IsFolder(entry.dwFileAttributes);
-        std::string const name = withoutEnd(fullSource) + '\\' + entry.cFileName;
+        std::string const name = join(fullSource, entry.cFileName);
         // The target itself may stand inside of what is copied; it stays out of the copy.
         bool const holdsTarget = isFolder && standsIn(fullTarget, name);
         if (isFolder && !wholeTrees && !matches.hadWildcards) return false;
         if (holdsTarget && !matches.hadWildcards) return false;
         if (holdsTarget || (isFolder && !wholeTrees)) continue;
-        if (canGo(name, entry.dwFileAttributes, fullTarget + '\\' + entry.cFileName)) sources.push_back(entry);
+        if (canGo(name, entry.dwFileAttributes, join(fullTarget, entry.cFileName))) sources.push_back(entry);
         else isComplete = false;
     }
     if (!needFolder(target)) return false;
