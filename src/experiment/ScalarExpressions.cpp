@@ -52,27 +52,21 @@ float narrow(double value)
     return static_cast<float>(value);
 }
 
-/// In single precision. The functions of C libraries for that, and only for this function, differ in the last place
-/// from system to system; rounded from double precision it is everywhere the nearest number.
-float arcTangent(float x)
-{
-    return narrow(std::atan(static_cast<double>(x)));
-}
-
 struct Function {
     char const *name;
     float (*of)(float);
     bool takesTexts = false; ///< what isn't a number counts as 1 if it is "True", else as 0
 };
 
-/// In double precision on the widened value, rounded.
+/// In double precision on the widened value, rounded. The arc tangent too: in single precision the C libraries differ
+/// in its last place from system to system, and this is everywhere the nearest number.
 Function const functions[] = {
     {"sin", [](float x) { return narrow(Platform::Sin(static_cast<double>(x))); }},
     {"cos", [](float x) { return narrow(Platform::Cos(static_cast<double>(x))); }},
     {"tan", [](float x) { return narrow(std::tan(static_cast<double>(x))); }},
     {"log", [](float x) { return narrow(std::log(static_cast<double>(x))); }},
     {"exp", [](float x) { return narrow(std::exp(static_cast<double>(x))); }},
-    {"atn", arcTangent},
+    {"atn", [](float x) { return narrow(std::atan(static_cast<double>(x))); }},
     {"bol", [](float x) { return x; }, true},
 };
 
