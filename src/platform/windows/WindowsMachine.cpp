@@ -10,6 +10,7 @@
 
 #include "platform/Platform.h"
 #include "platform/Replacements.h"
+#include "platform/windows/WindowsPaths.h"
 
 namespace Platform {
 
@@ -32,13 +33,7 @@ std::string SystemPath(char const *hostName)
 
 std::string CurrentDirectory()
 {
-    std::vector<char> text(MAX_PATH);
-    unsigned long const needed = GetCurrentDirectoryA(static_cast<unsigned long>(text.size()), text.data());
-    if (needed >= text.size()) {
-        text.resize(needed + 1);
-        if (GetCurrentDirectoryA(static_cast<unsigned long>(text.size()), text.data()) >= text.size()) return "";
-    }
-    return needed > 0 ? text.data() : "";
+    return Windows::AnswerOf([](unsigned long room, char *text) { return GetCurrentDirectoryA(room, text); });
 }
 
 bool SetCurrentDirectory(char const *path)

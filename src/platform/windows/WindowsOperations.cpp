@@ -94,6 +94,11 @@ static bool standsIn(std::string const &path, std::string const &root)
     return isPrefix && (path.size() == root.size() || path[root.size()] == '\\');
 }
 
+static std::string join(std::string const &folder, std::string const &name)
+{
+    return folder.back() == '\\' ? folder + name : folder + '\\' + name;
+}
+
 /// Whether something can be copied to a name: the shell would ask its user where a file has the name of a folder, or a
 /// folder that of a file, be it somewhere inside.
 static bool canGo(std::string const &from, unsigned long attributes, std::string const &to)
@@ -102,17 +107,10 @@ static bool canGo(std::string const &from, unsigned long attributes, std::string
     if (there == INVALID_FILE_ATTRIBUTES) return true;
     if (!IsFolder(attributes) || !IsFolder(there)) return IsFolder(attributes) == IsFolder(there);
     Matches matches;
-    if (!FindMatches((from + "\\*").c_str(), matches)) return false;
-    for (WIN32_FIND_DATAA const &entry : matches.found) {
-        std::string const name = std::string("\\") + entry.cFileName;
-        if (!canGo(from + name, entry.dwFileAttributes, to + name)) return false;
-    }
+    if (!FindMatches(join(from, "*").c_str(), matches)) return false;
+    for (WIN32_FIND_DATAA const &entry : matches.found)
+        if (!canGo(join(from, entry.cFileName), entry.dwFileAttributes, join(to, entry.cFileName))) return false;
     return matches.isComplete;
-}
-
-static std::string join(std::string const &folder, std::string const &name)
-{
-    return folder.back() == '\\' ? folder + name : folder + '\\' + name;
 }
 
 /// A target folder as the shell takes it.
@@ -132,6 +130,7 @@ bool CopyMatching(char const *pattern, char const *to, bool wholeTrees)
     std::string const fullSource = FullName(matches.folder.empty() ? "." : matches.folder.c_str());
     if (fullTarget.empty() || fullSource.empty() || IsSame(fullTarget.c_str(), fullSource.c_str())) return false;
     std::vector<WIN32_FIND_DATAA> sources;
+    bool const isNew = !isThere(target); // nothing is in the way there
     bool isComplete = matches.isComplete;
     for (WIN32_FIND_DATAA const &entry : matches.found) {
         bool const isFolder = IsFolder(entry.dwFileAttributes);
@@ -141,7 +140,7 @@ bool CopyMatching(char const *pattern, char const *to, bool wholeTrees)
         if (isFolder && !wholeTrees && !matches.hadWildcards) return false;
         if (holdsTarget && !matches.hadWildcards) return false;
         if (holdsTarget || (isFolder && !wholeTrees)) continue;
-        if (canGo(name, entry.dwFileAttributes, join(fullTarget, entry.cFileName))) sources.push_back(entry);
+        if (isNew || canGo(name, entry.dwFileAttributes, join(fullTarget, entry.cFileName))) sources.push_back(entry);
         else isComplete = false;
     }
     if (!needFolder(target)) return false;

@@ -41,18 +41,11 @@ bool IsFileName(char const *path)
     return CutPattern(path, cut) && !HasWildcards(cut.name);
 }
 
-/// A name of less than MAX_PATH characters may take more bytes in a code page such as UTF-8.
 std::string FullName(char const *path)
 {
     std::size_t const longest = 32767; // of all names on Windows
     if (std::strlen(path) > longest) return std::string();
-    std::vector<char> text(MAX_PATH);
-    unsigned long length = GetFullPathNameA(path, static_cast<unsigned long>(text.size()), text.data(), nullptr);
-    if (length >= text.size()) {
-        text.resize(length + 1);
-        length = GetFullPathNameA(path, static_cast<unsigned long>(text.size()), text.data(), nullptr);
-    }
-    return length < text.size() ? std::string(text.data(), length) : std::string();
+    return AnswerOf([path](unsigned long room, char *text) { return GetFullPathNameA(path, room, text, nullptr); });
 }
 
 void NameList::Add(std::string const &name)

@@ -33,6 +33,20 @@ private:
     std::string text;
 };
 
+/// The text of a service that takes room and a buffer, and answers with its length, or with the room that it needs. A
+/// name of less than MAX_PATH characters may take more bytes in a code page such as UTF-8. Empty if it fails.
+template <class Service>
+std::string AnswerOf(Service service)
+{
+    std::vector<char> text(MAX_PATH);
+    unsigned long length = service(static_cast<unsigned long>(text.size()), text.data());
+    if (length >= text.size()) {
+        text.resize(length + 1);
+        length = service(static_cast<unsigned long>(text.size()), text.data());
+    }
+    return length < text.size() ? std::string(text.data(), length) : std::string();
+}
+
 /// With drive or share in front and nothing relative in it; empty for a path that has no such name.
 std::string FullName(char const *path);
 
